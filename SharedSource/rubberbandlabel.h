@@ -1,0 +1,80 @@
+#ifndef RUBBERBANDLABEL_H
+#define RUBBERBANDLABEL_H
+
+#include <QColor>
+#include <QLabel>
+#include <QPixmap>
+
+class QRubberBand;
+
+// A small picture of an image of a reference size, with a translucent band on
+// it that stands for a region of that image. The band is placed from a
+// rectangle in image pixels and can be moved and resized with the mouse; the
+// label reports what the user did as rectangles in image pixels, always in the
+// order top, left, width, height. It knows nothing of where the image or the
+// region come from.
+class RubberBandLabel : public QLabel
+{
+    Q_OBJECT
+
+public:
+    RubberBandLabel(int imageWidth, int imageHeight, const QColor& color, QWidget* parent = 0);
+    ~RubberBandLabel() override;
+
+    // Stores the region and places the band for it, once the band exists.
+    void SetBandGeometry(int top, int left, int width, int height);
+
+    // Whether a press on the band started a move or a resize that hasn't
+    // been released yet.
+    bool IsDragging() const;
+
+    QSize sizeHint() const override;
+    int heightForWidth(int w) const override;
+
+    // The part of the label that the picture fills.
+    int GetFittedWidth() const;
+    int GetFittedHeight() const;
+
+signals:
+    void SendGeometry(int top, int left, int width, int height);
+    void UpdateGeometry(int top, int left, int width, int height);
+    void GeometryChangeStarted();
+    void clicked();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private slots:
+    void UpdateGeometryAfterResize();
+
+private:
+    void FillPixmap(QColor& color);
+    double ScreenScale() const;
+    void PlaceStoredRegion();
+    QRect DraggedBand(int x, int y) const;
+    void SetCursorForPosition(int x, int y);
+    QRect BandInImagePixels() const;
+
+    QRubberBand* m_RubberBand;
+    int m_DragOffsetX;
+    int m_DragOffsetY;
+    QColor m_Color;
+    QPixmap m_Pixmap;
+    int m_ImageWidth;
+    int m_ImageHeight;
+    bool m_Moving;
+    bool m_ResizingLeft;
+    bool m_ResizingRight;
+    bool m_ResizingTop;
+    bool m_ResizingBottom;
+    int m_Top;
+    int m_Left;
+    int m_Width;
+    int m_Height;
+};
+
+#endif // RUBBERBANDLABEL_H
