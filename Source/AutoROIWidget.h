@@ -11,6 +11,7 @@ class QLabel;
 class QPushButton;
 class QSpinBoxMouseEventFilter;
 class RubberBandLabel;
+struct RegionAxis;
 
 // The auto AOI tab. It edits the region on which a camera's automatic
 // functions work, as offset and size or as four edges according to the
@@ -83,6 +84,19 @@ private:
     void UpdateHeightFromFeature();
     void UpdateTopFromFeature();
     void UpdateBottomFromFeature();
+    RegionAxis HorizontalAxis() const;
+    RegionAxis VerticalAxis() const;
+    int ImageOffset(const RegionAxis& axis);
+    void UpdateSizeFromFeature(const RegionAxis& axis);
+    void UpdateOffsetFromFeature(const RegionAxis& axis);
+    void UpdateFarEdgeFromFeature(const RegionAxis& axis);
+    void CheckRegionSize(const RegionAxis& axis, double size, double offset, int imageOffset);
+    void ShowEdgeMessages(const RegionAxis& axis, double offset, double farForOrder,
+                          double farEdge);
+
+    // User edits and presets.
+    void SetRegionSpinBoxes(int top, int left, int width, int height);
+    void SetCentredArea(double sideFactor);
 
     AutoROIWidgetForm ui;
     bool m_TrustedUpdate;
