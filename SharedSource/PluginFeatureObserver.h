@@ -1,0 +1,33 @@
+#ifndef PLUGINFEATUREOBSERVER_H
+#define PLUGINFEATUREOBSERVER_H
+
+#include "FeatureTypes.h"
+
+#include <QObject>
+#include <QString>
+
+// Bridge from the camera library's change callbacks, which arrive on a thread
+// of the library, to a Qt signal carrying the feature's name and value text.
+class PluginFeatureObserver : public QObject, public KST::TrkAPI::IFeatureObserver
+{
+    Q_OBJECT
+
+public:
+    PluginFeatureObserver();
+    ~PluginFeatureObserver() override;
+
+    void FeatureChanged(const FeaturePtr& feature) override;
+
+    // The text form of a feature's value, as carried by setChangedFeature.
+    static QString ValueText(const KST::TrkAPI::Feature& feature, TrkFeatureDataType type);
+
+    // Reads a text of the library in two calls (size first, then the bytes);
+    // returns the library's code, or -14 when the buffer can't be allocated.
+    // text is empty after any failure.
+    static TrkErrorType ReadName(const KST::TrkAPI::Feature& feature, QString& text);
+
+signals:
+    void setChangedFeature(QString featureName, QString sValue);
+};
+
+#endif
