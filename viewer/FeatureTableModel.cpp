@@ -1,0 +1,210 @@
+#include "FeatureTableModel.h"
+
+#include <string>
+#include <vector>
+
+namespace {
+
+typedef KST::TrkAPI::Feature Feature;
+
+// Reads one of the library's two-call texts: size first, then the bytes.
+template <typename Read>
+QString ReadText(Read read)
+{
+    unsigned int length = 0;
+    if (read(nullptr, length) != 0 || length == 0) {
+        return QString();
+    }
+    std::vector<char> buffer(length + 1, '\0');
+    if (read(buffer.data(), length) != 0) {
+        return QString();
+    }
+    return QString::fromLatin1(buffer.data());
+}
+
+QString NameText(const Feature& feature)
+{
+    return ReadText(
+        [&](char* buffer, unsigned int& length) { return feature.GetName(buffer, length); });
+}
+
+TrkFeatureDataType DataType(const Feature& feature)
+{
+    TrkFeatureDataType type = TrkFeatureDataUnknown;
+    if (feature.GetDataType(type) != 0) {
+        return TrkFeatureDataUnknown;
+    }
+    return type;
+}
+
+QString ValueText(const Feature& feature)
+{
+    switch (DataType(feature)) {
+    case TrkFeatureDataInt: {
+        long long value = 0;
+        return feature.GetValue(value) == 0 ? QString::number(value) : QString();
+    }
+    case TrkFeatureDataFloat: {
+        double value = 0.0;
+        return feature.GetValue(value) == 0 ? QString::number(value, 'g', 6) : QString();
+    }
+    case TrkFeatureDataEnum:
+    case TrkFeatureDataString:
+        return ReadText(
+            [&](char* buffer, unsigned int& length) { return feature.GetValue(buffer, length); });
+    case TrkFeatureDataBool: {
+        bool value = false;
+        if (feature.GetValue(value) != 0) {
+            return QString();
+        }
+        return value ? QStringLiteral("true") : QStringLiteral("false");
+    }
+    case TrkFeatureDataCommand:
+        return FeatureTableModel::tr("(command)");
+    case TrkFeatureDataRaw:
+        return FeatureTableModel::tr("(raw data)");
+    default:
+        return QString();
+    }
+}
+
+QString EntriesText(Feature& feature)
+{
+    unsigned int count = 0;
+    if (feature.GetValues(nullptr, count) != 0 || count == 0) {
+        return QString();
+    }
+    std::vector<const char*> entries(count, nullptr);
+    if (feature.GetValues(entries.data(), count) != 0) {
+        return QString();
+    }
+    QStringList names;
+    for (const char* entry : entries) {
+        if (entry != nullptr) {
+            names << QString::fromLatin1(entry);
+        }
+    }
+    return names.join(QStringLiteral(", "));
+}
+
+QString RangeText(Feature& feature)
+{
+    switch (DataType(feature)) {
+    case TrkFeatureDataInt: {
+        long long min = 0;
+        long long max = 0;
+        if (feature.GetRange(min, max) != 0) {
+            return QString();
+        }
+        QString text = QStringLiteral("%1 .. %2").arg(min).arg(max);
+        long long increment = 0;
+        if (feature.GetIncrement(increment) == 0 && increment > 1) {
+            text += FeatureTableModel::tr(", step %1").arg(increment);
+        }
+        return text;
+    }
+    case TrkFeatureDataFloat: {
+        double min = 0.0;
+        double max = 0.0;
+        if (feature.GetRange(min, max) != 0) {
+            return QString();
+        }
+        return QStringLiteral("%1 .. %2").arg(min, 0, 'g', 6).arg(max, 0, 'g', 6);
+    }
+    case TrkFeatureDataEnum:
+        return EntriesText(feature);
+    default:
+        return QString();
+    }
+}
+
+QString WritableText(Feature& feature)
+{
+    bool writable = false;
+    if (feature.IsWritable(writable) != 0) {
+        return QString();
+    }
+    return writable ? FeatureTableModel::tr("yes") : FeatureTableModel::tr("no");
+}
+
+} // namespace
+
+FeatureTableModel::FeatureTableModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+void FeatureTableModel::SetFeatures(const QSharedPointer<FeatureVector>& features)
+{
+    beginResetModel();
+    m_Features = features;
+    m_Rows = ReadRows();
+    endResetModel();
+}
+
+int FeatureTableModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : m_Rows.size();
+}
+
+int FeatureTableModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant FeatureTableModel::data(const QModelIndex& index, int role) const
+{
+    if (role != Qt::DisplayRole || !index.isValid() || index.row() >= m_Rows.size()) {
+        return QVariant();
+    }
+    return m_Rows.at(index.row()).value(index.column());
+}
+
+QVariant FeatureTableModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (role != Qt::DisplayRole || orientation != Qt::Horizontal) {
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+    switch (section) {
+    case NameColumn:
+        return tr("Feature");
+    case ValueColumn:
+        return tr("Value");
+    case RangeColumn:
+        return tr("Range");
+    case WritableColumn:
+        return tr("Writable");
+    default:
+        return QVariant();
+    }
+}
+
+void FeatureTableModel::Refresh()
+{
+    const QVector<QStringList> rows = ReadRows();
+    if (rows.size() != m_Rows.size()) {
+        beginResetModel();
+        m_Rows = rows;
+        endResetModel();
+        return;
+    }
+    for (int row = 0; row < rows.size(); ++row) {
+        if (rows.at(row) != m_Rows.at(row)) {
+            m_Rows[row] = rows.at(row);
+            emit dataChanged(index(row, 0), index(row, ColumnCount - 1), {Qt::DisplayRole});
+        }
+    }
+}
+
+QVector<QStringList> FeatureTableModel::ReadRows() const
+{
+    QVector<QStringList> rows;
+    if (m_Features.isNull()) {
+        return rows;
+    }
+    for (const FeaturePtr& feature : *m_Features) {
+        if (!feature) {
+            continue;
+        }
+        rows << QStringList{NameText(*feature), ValueText(*feature), RangeText(*feature),
+                            WritableText(*feature)};
+    }
+    return rows;
+}

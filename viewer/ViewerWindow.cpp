@@ -1,0 +1,177 @@
+#include "ViewerWindow.h"
+
+#include "FeatureTableModel.h"
+#include "SimulatedCamera.h"
+
+#include <TabExtensionInterface.h>
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTimer>
+#include <QToolBar>
+
+#include <cstdio>
+
+namespace {
+
+// How often the feature table reads the camera again.
+const int FeatureRefreshMs = 500;
+
+// A tab installs a handler that drops every message; this one is installed
+// after it in verbose runs, so that the tab's log lines reach stderr.
+void PrintMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+}
+
+void PrintLine(const QString& line)
+{
+    std::fprintf(stderr, "tabviewer: %s\n", qPrintable(line));
+}
+
+} // namespace
+
+ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose, QWidget* parent)
+    : QMainWindow(parent), m_Plugins(plugins), m_Verbose(verbose)
+{
+    setWindowTitle(tr("Tab viewer"));
+
+    QToolBar* toolBar = addToolBar(tr("Camera"));
+    toolBar->setMovable(false);
+    toolBar->addWidget(new QLabel(tr("Camera: ")));
+    m_CameraSelector = new QComboBox;
+    m_CameraSelector->addItems(SimulatedCamera::Names());
+    toolBar->addWidget(m_CameraSelector);
+    toolBar->addSeparator();
+    m_AcquisitionButton = new QPushButton;
+    m_AcquisitionButton->setCheckable(true);
+    toolBar->addWidget(m_AcquisitionButton);
+    ShowAcquiring(false);
+
+    m_Pages = new QTabWidget;
+    m_FeatureModel = new FeatureTableModel(this);
+    m_FeatureView = new QTableView;
+    m_FeatureView->setModel(m_FeatureModel);
+    m_FeatureView->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_FeatureView->verticalHeader()->hide();
+    m_FeatureView->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_FeatureView->horizontalHeader()->setStretchLastSection(true);
+
+    QSplitter* splitter = new QSplitter(Qt::Horizontal);
+    splitter->addWidget(m_Pages);
+    splitter->addWidget(m_FeatureView);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    setCentralWidget(splitter);
+    resize(1200, 960);
+
+    m_RefreshTimer = new QTimer(this);
+    m_RefreshTimer->setInterval(FeatureRefreshMs);
+    connect(m_RefreshTimer, SIGNAL(timeout()), m_FeatureModel, SLOT(Refresh()));
+    m_RefreshTimer->start();
+
+    connect(m_CameraSelector, SIGNAL(textActivated(QString)), this,
+            SLOT(OnCameraSelected(QString)));
+    connect(m_AcquisitionButton, SIGNAL(toggled(bool)), this, SLOT(OnAcquisitionToggled(bool)));
+
+    // One connection per plug-in object: it relays the state to all its tabs.
+    for (const LoadedTabPlugin& loaded : m_Plugins) {
+        if (!loaded.plugin->ConnectStreamingSignal(this, SIGNAL(acquisitionChanged(bool)))) {
+            PrintLine(tr("%1 did not take the acquisition signal").arg(loaded.fileName));
+        }
+    }
+}
+
+ViewerWindow::~ViewerWindow()
+{
+    CloseCamera();
+}
+
+bool ViewerWindow::OpenCamera(const QString& name)
+{
+    CloseCamera();
+    m_Camera = SimulatedCamera::Open(name);
+    if (!m_Camera) {
+        statusBar()->showMessage(tr("No camera named %1").arg(name));
+        return false;
+    }
+    m_CameraSelector->setCurrentText(name);
+    m_AcquisitionButton->setEnabled(m_Camera->CanAcquire());
+    m_FeatureModel->SetFeatures(m_Camera->Features());
+    CreateTabs();
+    return true;
+}
+
+void ViewerWindow::OnCameraSelected(const QString& name)
+{
+    if (!m_Camera || m_Camera->Name() != name) {
+        OpenCamera(name);
+    }
+}
+
+void ViewerWindow::OnAcquisitionToggled(bool acquiring)
+{
+    if (m_Camera && !m_Camera->SetAcquiring(acquiring)) {
+        statusBar()->showMessage(
+            tr("The camera refused to %1 acquisition").arg(acquiring ? tr("start") : tr("stop")));
+    }
+    ShowAcquiring(acquiring);
+    emit acquisitionChanged(acquiring);
+    m_FeatureModel->Refresh();
+}
+
+void ViewerWindow::CloseCamera()
+{
+    if (m_AcquisitionButton->isChecked()) {
+        m_AcquisitionButton->setChecked(false);
+    }
+    // The pages go first: each tab unregisters its observers from the camera.
+    while (m_Pages->count() > 0) {
+        QWidget* page = m_Pages->widget(0);
+        m_Pages->removeTab(0);
+        delete page;
+    }
+    m_Refusals.clear();
+    m_FeatureModel->SetFeatures(QSharedPointer<FeatureVector>());
+    m_Camera.reset();
+    statusBar()->clearMessage();
+}
+
+void ViewerWindow::CreateTabs()
+{
+    for (const LoadedTabPlugin& loaded : m_Plugins) {
+        QWidget* page = new QWidget;
+        const qint32 result = loaded.plugin->CreateTab(m_Camera->Features(), page);
+        if (m_Verbose) {
+            qInstallMessageHandler(PrintMessage);
+        }
+        if (result != 0) {
+            delete page;
+            m_Refusals << tr("%1 declined camera %2 with code %3")
+                              .arg(loaded.fileName, m_Camera->Name())
+                              .arg(result);
+            PrintLine(m_Refusals.last());
+            continue;
+        }
+        m_Pages->addTab(page, page->accessibleName());
+    }
+    if (m_Pages->count() == 0) {
+        QLabel* none = new QLabel(tr("No tab for this camera."));
+        none->setAlignment(Qt::AlignCenter);
+        m_Pages->addTab(none, tr("None"));
+    }
+    if (!m_Refusals.isEmpty()) {
+        statusBar()->showMessage(m_Refusals.join(QStringLiteral("; ")));
+    }
+}
+
+void ViewerWindow::ShowAcquiring(bool acquiring)
+{
+    m_AcquisitionButton->setText(acquiring ? tr("Stop acquisition") : tr("Start acquisition"));
+}

@@ -1,0 +1,60 @@
+#ifndef VIEWERWINDOW_H
+#define VIEWERWINDOW_H
+
+#include "TabPluginLoader.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class FeatureTableModel;
+class QComboBox;
+class QPushButton;
+class QTabWidget;
+class QTableView;
+class QTimer;
+class SimulatedCamera;
+
+// The viewer's main window: a camera selector and an acquisition button on
+// top, the tab extensions' pages for the opened camera on the left, and the
+// camera's features, as they are now, on the right. Each plug-in gets one
+// page per camera; closing the camera destroys the pages and with them the
+// tabs inside.
+class ViewerWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose, QWidget* parent = nullptr);
+    ~ViewerWindow() override;
+
+    // Closes the current camera and opens the named one; false, with the
+    // current camera closed, for a name that isn't a camera.
+    bool OpenCamera(const QString& name);
+
+signals:
+    void acquisitionChanged(bool acquiring);
+
+private slots:
+    void OnCameraSelected(const QString& name);
+    void OnAcquisitionToggled(bool acquiring);
+
+private:
+    void CloseCamera();
+    void CreateTabs();
+    void ShowAcquiring(bool acquiring);
+
+    QVector<LoadedTabPlugin> m_Plugins;
+    bool m_Verbose;
+    std::unique_ptr<SimulatedCamera> m_Camera;
+    QStringList m_Refusals;
+
+    QComboBox* m_CameraSelector;
+    QPushButton* m_AcquisitionButton;
+    QTabWidget* m_Pages;
+    FeatureTableModel* m_FeatureModel;
+    QTableView* m_FeatureView;
+    QTimer* m_RefreshTimer;
+};
+
+#endif

@@ -1,0 +1,78 @@
+// The tab viewer: loads the tab extensions from a plugins folder and shows
+// their tabs for a simulated camera, as the camera viewer does for a real one.
+
+#include "SimulatedCamera.h"
+#include "TabPluginLoader.h"
+#include "ViewerOptions.h"
+#include "ViewerWindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+// The tab refreshes when shown and then every second; by this time after
+// the window appears, its first refresh has been drawn.
+const int ScreenshotDelayMs = 1500;
+
+int Fail(const QString& message, int code)
+{
+    std::fprintf(stderr, "tabviewer: %s\n", qPrintable(message));
+    return code;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    ViewerOptions::ApplyLocale(argc, argv);
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("tabviewer"));
+
+    ViewerOptions options;
+    if (!options.Parse(QApplication::arguments())) {
+        return Fail(options.ErrorText(), 2);
+    }
+    if (!SimulatedCamera::Names().contains(options.Camera())) {
+        return Fail(QStringLiteral("unknown camera \"%1\"; the cameras are: %2")
+                        .arg(options.Camera(), SimulatedCamera::Names().join(QStringLiteral(", "))),
+                    2);
+    }
+
+    const QString pluginDirectory =
+        options.PluginDirectory().isEmpty()
+            ? QDir(QApplication::applicationDirPath()).filePath(QStringLiteral("plugins"))
+            : options.PluginDirectory();
+    TabPluginLoader loader;
+    const bool loaded = loader.Load(pluginDirectory);
+    for (const QString& warning : loader.Warnings()) {
+        std::fprintf(stderr, "tabviewer: skipped %s\n", qPrintable(warning));
+    }
+    if (!loaded) {
+        return Fail(loader.ErrorText(), 1);
+    }
+    // Tabs find their translations under "plugins/" relative to the working
+    // directory, so it is the folder that holds the plug-in folder.
+    QDir::setCurrent(QFileInfo(pluginDirectory).absolutePath());
+
+    ViewerWindow window(loader.Plugins(), options.Verbose());
+    window.OpenCamera(options.Camera());
+    window.show();
+
+    if (!options.ScreenshotFile().isEmpty()) {
+        const QString file = options.ScreenshotFile();
+        QTimer::singleShot(ScreenshotDelayMs, &window, [&window, file]() {
+            if (window.grab().save(file, "PNG")) {
+                QApplication::exit(0);
+            } else {
+                std::fprintf(stderr, "tabviewer: could not write %s\n", qPrintable(file));
+                QApplication::exit(1);
+            }
+        });
+    }
+    return app.exec();
+}
