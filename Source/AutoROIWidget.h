@@ -93,9 +93,10 @@ private:
     void CheckRegionSize(const RegionAxis& axis, double size, double offset, int imageOffset);
     void ShowEdgeMessages(const RegionAxis& axis, double offset, double farForOrder,
                           double farEdge);
+    void RefreshExposureLimit(const char* limit, QDoubleSpinBox* spin);
 
     // User edits and presets.
-    void SetRegionSpinBoxes(int top, int left, int width, int height);
+    void SetRegionSpinBoxes(int top, int left, int width, int height, int offsetX, int offsetY);
     void SetCentredArea(double sideFactor);
 
     AutoROIWidgetForm ui;
