@@ -1,0 +1,282 @@
+#include "FeatureManager.h"
+#include "SimFeatures.h"
+
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using KST::TrkAPI::Sim::Camera;
+using KST::TrkAPI::Sim::Op;
+
+namespace {
+
+QStringList g_Lines;
+
+void CaptureLine(QtMsgType type, const QMessageLogContext&, const QString& text)
+{
+    if (type == QtDebugMsg) {
+        g_Lines.append(text);
+    }
+}
+
+// A camera built by each test, and a manager over its features made on first use.
+class FeatureManagerTest : public ::testing::Test
+{
+protected:
+    FeatureManager& Manager()
+    {
+        if (!m_Manager) {
+            m_Manager.reset(new FeatureManager(MakeFeatureVector(camera)));
+        }
+        return *m_Manager;
+    }
+
+    Camera camera;
+
+private:
+    std::unique_ptr<FeatureManager> m_Manager;
+};
+
+} // namespace
+
+TEST_F(FeatureManagerTest, LookupPrefersNamesInOrderAndRepeatsTheAlternativeWalk)
+{
+    camera.AddInteger("Height", 480, 1, 960);
+    camera.AddInteger("Width", 640, 1, 1280);
+    camera.AddInteger("OffsetX", 0, 0, 640);
+    FeatureManager& fm = Manager();
+
+    EXPECT_EQ(camera.Find("Width"), fm.FindFeature("Width", "Height"));
+    EXPECT_FALSE(fm.HasFeature("width"));
+    EXPECT_TRUE(fm.HasFeature("Missing", "Height"));
+
+    // An empty second name ends the lookup: the third is never tried.
+    camera.ResetCalls();
+    EXPECT_FALSE(fm.HasFeature("Missing", "", "OffsetX"));
+    EXPECT_EQ(2, camera.Calls("Height", Op::GetName));
+
+    // Only the third name exists: four walks, two name reads each.
+    camera.ResetCalls();
+    EXPECT_EQ(camera.Find("OffsetX"), fm.FindFeature("Missing", "Other", "OffsetX"));
+    EXPECT_EQ(8, camera.Calls("Height", Op::GetName));
+
+    // A name that can't be read hides its feature but not the ones after it.
+    camera.SetFailure("Height", Op::GetName);
+    EXPECT_FALSE(fm.HasFeature("Height"));
+    EXPECT_TRUE(fm.HasFeature("OffsetX"));
+}
+
+TEST_F(FeatureManagerTest, QueriesAnswerTheirAbsentAndFailedValues)
+{
+    camera.AddInteger("Width", 640, 16, 1280, 16);
+    camera.AddFloat("Gain", 2.5, 0.0, 24.0);
+    camera.AddBool("Enable", true);
+    camera.AddEnum("Mode", {"Off", "On"}, "On");
+    camera.AddString("Label", "front");
+    camera.SetWritable("Label", false);
+    camera.SetDisplayName("Gain", "Analog gain");
+    FeatureManager& fm = Manager();
+
+    EXPECT_EQ(-1.0, fm.GetValue("Missing"));
+    EXPECT_EQ(640.0, fm.GetValue("Missing", "Width"));
+    EXPECT_EQ(-1.0, fm.GetValue("Mode"));
+    EXPECT_EQ(0, camera.Calls("Mode", Op::GetValue));
+    EXPECT_EQ(1.0, fm.GetValue("Enable"));
+    camera.SetFailure("Enable", Op::GetValue);
+    EXPECT_EQ(0.0, fm.GetValue("Enable"));
+
+    EXPECT_TRUE(fm.IsFloat("Gain"));
+    EXPECT_FALSE(fm.IsFloat("Width"));
+    camera.SetFailure("Gain", Op::GetDataType);
+    EXPECT_FALSE(fm.IsFloat("Gain"));
+    EXPECT_TRUE(fm.CanWrite("Width"));
+    camera.SetFailure("Width", Op::IsWritable);
+    EXPECT_FALSE(fm.IsWritable("Width"));
+
+    EXPECT_EQ(QString("front"), fm.GetTextValue("Label"));
+    EXPECT_TRUE(fm.GetWritableTextValue("Label").isNull());
+    EXPECT_EQ(QString("On"), fm.GetWritableTextValue("Mode"));
+    camera.SetFailure("Mode", Op::GetValue);
+    EXPECT_FALSE(fm.GetWritableTextValue("Mode").isNull());
+    EXPECT_TRUE(fm.GetWritableTextValue("Mode").isEmpty());
+    EXPECT_TRUE(fm.GetTextValue("Width").isEmpty());
+    for (const QString& text : {fm.GetTextValue("Missing"), fm.GetDisplayName("Missing"),
+                                fm.FirstExistingName(QStringList())}) {
+        EXPECT_TRUE(text.isEmpty() && !text.isNull());
+    }
+
+    EXPECT_EQ(QString("Analog gain"), fm.FirstExistingDisplayName({"Missing", "Gain", "Width"}));
+    EXPECT_EQ(QString("Width"), fm.FirstExistingName({"Width", "Gain"}));
+    // The first feature found ends the search even when its read fails.
+    camera.SetFailure("Gain", Op::GetDisplayName);
+    EXPECT_TRUE(fm.FirstExistingDisplayName({"Gain", "Width"}).isEmpty());
+}
+
+TEST(AlignDownToStep, KeepsToTheGridBelowTheUpperBound)
+{
+    EXPECT_EQ(9.0, AlignDownToStep(0, 10, 3));
+    EXPECT_EQ(11.0, AlignDownToStep(2, 11, 3));
+    EXPECT_EQ(998.0, AlignDownToStep(10, 1000, 4));
+    EXPECT_EQ(0.3, AlignDownToStep(0, 0.3, 0.1));
+    EXPECT_EQ(0.7, AlignDownToStep(0, 0.7, 0.1));
+    EXPECT_EQ(-10.0, AlignDownToStep(-10, -7, 4));
+    EXPECT_EQ(100.0, AlignDownToStep(0, 100, -1));
+    EXPECT_EQ(100.0, AlignDownToStep(0, 100, 0));
+    EXPECT_EQ(5.0, AlignDownToStep(5, 5, 2));
+}
+
+TEST_F(FeatureManagerTest, RangesAlignTheMaximumAndDefaultAMissingStep)
+{
+    camera.AddInteger("Width", 7, 0, 10, 3);
+    camera.AddInteger("Height", 7, 0, 10, 0);
+    camera.AddFloat("Gain", 2.5, 0.0, 24.0);
+    camera.AddEnum("Mode", {"Off", "On"}, "On");
+    FeatureManager& fm = Manager();
+
+    bool writable = true;
+    double min = 5.0, max = 5.0, increment = 5.0;
+    EXPECT_EQ(-1.0, fm.GetValueRange("Missing", &writable, &min, &max, &increment));
+    EXPECT_TRUE(writable);
+    EXPECT_EQ(5.0, min);
+    EXPECT_EQ(5.0, increment);
+
+    EXPECT_EQ(-1.0, fm.GetValueRange("Mode", &writable, &min, &max, &increment));
+    EXPECT_FALSE(writable);
+    EXPECT_EQ(-1.0, min);
+    EXPECT_EQ(-1.0, max);
+    EXPECT_EQ(-1.0, increment);
+
+    EXPECT_EQ(7.0, fm.GetValueRange("Missing", "Width", &min, &max, &increment));
+    EXPECT_EQ(0.0, min);
+    EXPECT_EQ(9.0, max);
+    EXPECT_EQ(3.0, increment);
+
+    EXPECT_EQ(7.0, fm.GetValueRange("Height", &min, &max, &increment));
+    EXPECT_EQ(10.0, max);
+    EXPECT_EQ(1.0, increment);
+    EXPECT_EQ(-1.0, fm.GetIncrement("Height"));
+
+    EXPECT_EQ(2.5, fm.GetValueRange("Gain", &min, &max, &increment));
+    EXPECT_EQ(24.0, max);
+    EXPECT_EQ(0.01, increment);
+
+    // A failed step leaves the bounds; failed bounds read as -1.
+    camera.SetFailure("Width", Op::GetIncrement);
+    EXPECT_EQ(7.0, fm.GetValueRange("Width", &min, &max));
+    EXPECT_EQ(10.0, max);
+    camera.SetFailure("Width", Op::GetRange);
+    fm.GetValueRange("Width", &min, &max);
+    EXPECT_EQ(-1.0, min);
+    EXPECT_EQ(-1.0, max);
+}
+
+TEST_F(FeatureManagerTest, FloatingRangeAssertsItsOutputs)
+{
+    ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    camera.AddFloat("Gain", 2.5, 0.0, 24.0);
+    double value = 0.0;
+    EXPECT_DEATH(Manager().GetValueRange("Gain", nullptr, &value), "\"min\"");
+    EXPECT_DEATH(Manager().GetValueRange("Gain", &value, nullptr), "\"max\"");
+    EXPECT_DEATH(Manager().GetValueRange("Gain", &value, &value, nullptr), "\"increment\"");
+}
+
+TEST_F(FeatureManagerTest, NumericWritesAlignClampAndReadBack)
+{
+    camera.AddInteger("Exposure", 50, 0, 100, 10);
+    camera.AddInteger("Width", 10, 10, 1000, 4);
+    camera.AddInteger("Binning", 1, 1, 8);
+    camera.AddInteger("Delay", 0, 0, 100, 0);
+    camera.AddFloat("Gain", 0.5, 0.0, 1.0, 0.1);
+    camera.AddFloat("Gamma", 1.0, 0.5, 2.0);
+    camera.AddBool("Enable", false);
+    camera.AddEnum("Mode", {"Off", "On"}, "On");
+    camera.AddInteger("Height", 480, 1, 960);
+    camera.SetWritable("Height", false);
+    FeatureManager& fm = Manager();
+
+    EXPECT_EQ(30.0, fm.SetValue("Exposure", 37));
+    EXPECT_EQ(998.0, fm.SetValue("Width", 5000));
+    EXPECT_EQ(10.0, fm.SetValue("Width", 3));
+    EXPECT_EQ(3.0, fm.SetValue("Binning", 3.7));
+    EXPECT_EQ(37.0, fm.SetValue("Delay", 37.9));
+    EXPECT_EQ(0.3, fm.SetValue("Gain", 0.3));
+    EXPECT_EQ(1.2345, fm.SetValue("Gamma", 1.2345));
+    EXPECT_EQ(1.0, fm.SetValue("Enable", 1.0));
+    EXPECT_EQ(0.0, fm.SetValue("Enable", -1.0));
+    EXPECT_EQ(480.0, fm.SetValue("Height", 100));
+    EXPECT_EQ(0, camera.Calls("Height", Op::SetValue));
+    EXPECT_EQ(3.0, fm.SetValue("Mode", 3));
+    EXPECT_EQ(0, camera.Calls("Mode", Op::SetValue));
+    EXPECT_EQ(7.0, fm.SetValue("Missing", 7));
+
+    // The same value again is written again.
+    camera.ResetCalls();
+    fm.SetValue("Exposure", 30);
+    EXPECT_EQ(1, camera.Calls("Exposure", Op::SetValue));
+}
+
+TEST_F(FeatureManagerTest, WritesLogTheFoundNameAndTheCallersName)
+{
+    camera.AddInteger("Gain", 4, 0, 10);
+    camera.AddBool("Enable", false);
+    FeatureManager& fm = Manager();
+    camera.SetFailure("Gain", Op::SetValue, -7);
+    camera.SetFailure("Enable", Op::SetValue, 3);
+
+    g_Lines.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(CaptureLine);
+    const double result = fm.SetValue("AnalogGain", "Gain", 6.5);
+    fm.SetValue("Enable", 1.0);
+    fm.SetValue("Missing", 1.0);
+    qInstallMessageHandler(previous);
+
+    EXPECT_EQ(4.0, result);
+    const QStringList expected = {
+        "Set  Gain  =  6.5 ", "Error: FeatureManager::SetValue:Int:  \"AnalogGain\"  :  -7 ",
+        "Set  Enable  =  1 ", "Error: FeatureManager::SetValue:Bool:  \"Enable\"  :  3 "};
+    EXPECT_EQ(expected, g_Lines);
+}
+
+TEST_F(FeatureManagerTest, TextWritesAndCommandsReportAsStated)
+{
+    camera.AddEnum("Mode", {"Off", "On"}, "Off");
+    camera.AddString("On", "named like an entry");
+    camera.AddCommand("Start");
+    camera.AddCommand("Stop");
+    FeatureManager& fm = Manager();
+
+    EXPECT_EQ(QString("On"), fm.SetValue("Mode", QString("On")));
+    EXPECT_EQ("On", camera.TextValue("Mode"));
+    // The written text is looked up as a feature name, and read.
+    EXPECT_EQ(2, camera.Calls("On", Op::GetValue));
+    EXPECT_EQ(QString("x"), fm.SetValue("Missing", QString("x")));
+    camera.SetFailure("Mode", Op::SetValue);
+    EXPECT_EQ(QString("Off"), fm.SetValue("Mode", QString("Off")));
+
+    EXPECT_FALSE(fm.RunCommand("Missing"));
+    EXPECT_FALSE(fm.RunCommand("Start"));
+    EXPECT_EQ(1, camera.Calls("Start", Op::RunCommand));
+    camera.SetFailure("Stop", Op::RunCommand);
+    EXPECT_TRUE(fm.RunCommand("Stop"));
+}
+
+TEST_F(FeatureManagerTest, AvailableEntriesKeepTheLibrarysOrder)
+{
+    camera.AddEnum("Timebase", {"1us", "10us", "100us", "1ms"}, "10us");
+    camera.AddEnum("Empty", {"Only"}, "Only");
+    camera.SetEntryAvailable("Timebase", "10us", false);
+    camera.SetEntryAvailable("Empty", "Only", false);
+    FeatureManager& fm = Manager();
+
+    EXPECT_EQ(QStringList({"1us", "100us", "1ms"}), fm.GetAvailableEntries("Missing", "Timebase"));
+    EXPECT_EQ(4, fm.GetEntriesOf(fm.FindFeature(QString("Timebase"))).size());
+    EXPECT_TRUE(fm.GetAvailableEntries("Empty").isEmpty());
+    EXPECT_TRUE(fm.IsEntryAvailable("Timebase", "1ms"));
+    EXPECT_FALSE(fm.IsEntryAvailable("Missing", "1ms"));
+    camera.SetFailure("Timebase", Op::IsValueAvailable);
+    EXPECT_FALSE(fm.IsEntryAvailable("Timebase", "1ms"));
+    camera.SetFailure("Timebase", Op::GetValues);
+    EXPECT_TRUE(fm.GetEntriesOf(fm.FindFeature(QString("Timebase"))).isEmpty());
+}
