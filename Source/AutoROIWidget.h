@@ -65,12 +65,17 @@ private:
     void SetupSpinBox(QDoubleSpinBox* spin);
     quint64 GetROIWidth();
     quint64 GetROIHeight();
+    void MakePreview();
 
     // Loading from the camera.
     bool IsDSPRegionValid();
     void BlockControlSignals(bool block);
     void LoadExposureAuto();
     void LoadRegion();
+    void LoadEdgeRegion();
+    void LoadOffsetRegion();
+    void PlaceOffsetBand(double top, double left, double width, double height, int offsetX,
+                         int offsetY);
     void LoadEnableState();
     void LoadShowAreaState();
     void SetControlsEnabled(bool enabled);
