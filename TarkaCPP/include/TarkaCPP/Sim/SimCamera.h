@@ -15,6 +15,7 @@ namespace TrkAPI {
 namespace Sim {
 
 class CameraState;
+struct FeatureEntry;
 
 // The operations of a feature, one per operation name whatever the overload;
 // used to inject failures and to count calls.
@@ -183,9 +184,15 @@ public:
     void WaitForNotifications();
 
 private:
+    void AddFeature(const std::string& name, TrkFeatureDataType type,
+                    const std::function<void(FeatureEntry&)>& fill);
+    // Applies change; name, if not empty, is notified even if unchanged.
+    void ChangeAndNotify(const std::string& name, const Rule& change);
     void RunNotifier();
 
     std::shared_ptr<CameraState> m_State;
+    // The camera's references on its features, guarded by the state's lock.
+    std::vector<FeaturePtr> m_Features;
     std::thread m_Notifier;
 };
 

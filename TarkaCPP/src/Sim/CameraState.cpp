@@ -1,0 +1,117 @@
+#include "CameraState.h"
+
+#include <stdexcept>
+
+namespace KST {
+namespace TrkAPI {
+namespace Sim {
+
+namespace {
+
+// Rules that keep moving each other are a fault of the camera's description.
+const int MaxRulePasses = 32;
+
+} // namespace
+
+size_t CameraState::IndexOf(const std::string& name) const
+{
+    std::map<std::string, size_t>::const_iterator found = m_Index.find(name);
+    return found == m_Index.end() ? NoFeature : found->second;
+}
+
+FeatureEntry& CameraState::Entry(const std::string& name)
+{
+    size_t index = IndexOf(name);
+    if (index == NoFeature) {
+        throw std::invalid_argument("no feature " + name);
+    }
+    return *m_Entries[index];
+}
+
+FeatureEntry& CameraState::Entry(const std::string& name, TrkFeatureDataType type)
+{
+    return Entry(name, type, type);
+}
+
+FeatureEntry& CameraState::Entry(const std::string& name, TrkFeatureDataType type,
+                                 TrkFeatureDataType alt)
+{
+    FeatureEntry& entry = Entry(name);
+    if (entry.type != type && entry.type != alt) {
+        throw std::invalid_argument("feature " + name + " is of another type");
+    }
+    return entry;
+}
+
+FeatureEntry& CameraState::Add(const std::string& name, TrkFeatureDataType type)
+{
+    if (IndexOf(name) != NoFeature) {
+        throw std::invalid_argument("feature " + name + " exists already");
+    }
+    std::unique_ptr<FeatureEntry> entry(new FeatureEntry);
+    entry->name = name;
+    entry->displayName = name;
+    entry->category = "/";
+    entry->type = type;
+    m_Index[name] = m_Entries.size();
+    m_Entries.push_back(std::move(entry));
+    return *m_Entries.back();
+}
+
+void CameraState::Touch(const FeatureEntry& entry)
+{
+    m_Touched.insert(IndexOf(entry.name));
+    ++m_ChangeCount;
+}
+
+TrkErrorType CameraState::Enter(size_t index, Op op)
+{
+    FeatureEntry& entry = *m_Entries[index];
+    ++entry.calls[static_cast<int>(op)];
+    std::map<Op, TrkErrorType>::const_iterator failure = entry.failures.find(op);
+    return failure == entry.failures.end() ? Success : failure->second;
+}
+
+void CameraState::Apply(const Rule& change, size_t written)
+{
+    CameraAccess access(*this);
+    change(access);
+    RunRules();
+    QueueTouched(written);
+}
+
+void CameraState::RunRules()
+{
+    CameraAccess access(*this);
+    for (int pass = 0; pass < MaxRulePasses; ++pass) {
+        unsigned long long before = m_ChangeCount;
+        for (const Rule& rule : m_Rules) {
+            rule(access);
+        }
+        if (m_ChangeCount == before) {
+            return;
+        }
+    }
+    throw std::logic_error("camera rules don't settle");
+}
+
+void CameraState::QueueTouched(size_t written)
+{
+    if (!m_Stopped) {
+        if (written != NoFeature) {
+            m_Queue.push_back(written);
+            ++m_Queued;
+        }
+        for (size_t index : m_Touched) {
+            if (index != written) {
+                m_Queue.push_back(index);
+                ++m_Queued;
+            }
+        }
+    }
+    m_Touched.clear();
+}
+
+} // namespace Sim
+} // namespace TrkAPI
+} // namespace KST

@@ -1,0 +1,137 @@
+#ifndef TARKACPP_SIM_CAMERASTATE_H
+#define TARKACPP_SIM_CAMERASTATE_H
+
+#include <TarkaCPP/Sim/SimCamera.h>
+
+#include <array>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace KST {
+namespace TrkAPI {
+namespace Sim {
+
+const int OpCount = static_cast<int>(Op::UnregisterObserver) + 1;
+
+// Everything a camera knows about one feature.
+struct FeatureEntry
+{
+    std::string name;
+    std::string displayName;
+    std::string category;
+    TrkFeatureDataType type = TrkFeatureDataUnknown;
+    bool writable = true;
+
+    long long intValue = 0;
+    long long intMin = 0;
+    long long intMax = 0;
+    long long intIncrement = 0;
+    double floatValue = 0.0;
+    double floatMin = 0.0;
+    double floatMax = 0.0;
+    double floatIncrement = 0.0;
+    bool boolValue = false;
+    std::string text;
+    std::vector<std::string> entries;
+    std::set<std::string> unavailable;
+
+    std::vector<IFeatureObserverPtr> observers;
+    Rule commandAction;
+    std::array<int, OpCount> calls{};
+    std::map<Op, TrkErrorType> failures;
+};
+
+// An action that the notifier runs every period.
+struct PeriodicAction
+{
+    std::chrono::milliseconds period;
+    std::chrono::steady_clock::time_point due;
+    Rule action;
+};
+
+// The state that a camera's features share with it and with its notifier
+// thread. Every member is guarded by m_Lock, which is never held while an
+// observer is called.
+class CameraState
+{
+public:
+    std::mutex m_Lock;
+    // Signalled whenever the queue, a delivery or the stop flag changes.
+    std::condition_variable m_Signal;
+
+    std::vector<std::unique_ptr<FeatureEntry>> m_Entries;
+    std::map<std::string, size_t> m_Index;
+    std::vector<Rule> m_Rules;
+    std::vector<PeriodicAction> m_PeriodicActions;
+
+    std::deque<size_t> m_Queue;
+    unsigned long long m_Queued = 0;
+    unsigned long long m_Delivered = 0;
+    bool m_Stopped = false;
+    std::thread::id m_NotifierThread;
+    // The observer being called right now, so that unregistering can wait.
+    IFeatureObserver* m_Delivering = nullptr;
+
+    // Features changed by the change in progress, with m_Lock held.
+    std::set<size_t> m_Touched;
+    unsigned long long m_ChangeCount = 0;
+
+    // These expect m_Lock to be held.
+    size_t IndexOf(const std::string& name) const;
+    FeatureEntry& Entry(const std::string& name);
+    FeatureEntry& Entry(const std::string& name, TrkFeatureDataType type);
+    FeatureEntry& Entry(const std::string& name, TrkFeatureDataType type, TrkFeatureDataType alt);
+    FeatureEntry& Add(const std::string& name, TrkFeatureDataType type);
+    void Touch(const FeatureEntry& entry);
+
+    // Counts the call and tells the injected failure, if any.
+    TrkErrorType Enter(size_t index, Op op);
+
+    // Runs change, then the rules until nothing moves, and queues the
+    // written feature (if any) and every feature that changed.
+    void Apply(const Rule& change, size_t written);
+    void RunRules();
+    void QueueTouched(size_t written);
+
+    // Writes through a feature: counted, failure-injected, refused when read
+    // only or when check rejects it (for its type or value), then stored
+    // and applied as above.
+    template <class Check, class Store>
+    TrkErrorType Write(size_t index, Check check, Store store);
+
+    static const size_t NoFeature = static_cast<size_t>(-1);
+};
+
+template <class Check, class Store>
+TrkErrorType CameraState::Write(size_t index, Check check, Store store)
+{
+    std::unique_lock<std::mutex> lock(m_Lock);
+    if (TrkErrorType code = Enter(index, Op::SetValue)) {
+        return code;
+    }
+    FeatureEntry& entry = *m_Entries[index];
+    if (TrkErrorType code = check(entry)) {
+        return code;
+    }
+    if (!entry.writable) {
+        return ErrorNotWritable;
+    }
+    Apply([&](CameraAccess& access) { store(entry, access); }, index);
+    lock.unlock();
+    m_Signal.notify_all();
+    return Success;
+}
+
+} // namespace Sim
+} // namespace TrkAPI
+} // namespace KST
+
+#endif

@@ -1,0 +1,370 @@
+#include <TarkaCPP/Sim/SimCamera.h>
+
+#include "CameraState.h"
+#include "SimFeature.h"
+
+#include <algorithm>
+
+namespace KST {
+namespace TrkAPI {
+namespace Sim {
+
+namespace {
+
+// Calls the observers of one feature that are still registered, without the
+// lock, and marks each call so that unregistering can wait for it.
+void Deliver(CameraState& state, std::unique_lock<std::mutex>& lock, const FeaturePtr& feature,
+             size_t index)
+{
+    std::vector<IFeatureObserverPtr> observers = state.m_Entries[index]->observers;
+    for (const IFeatureObserverPtr& observer : observers) {
+        const std::vector<IFeatureObserverPtr>& current = state.m_Entries[index]->observers;
+        if (std::find(current.begin(), current.end(), observer) == current.end()) {
+            continue;
+        }
+        state.m_Delivering = observer.get();
+        lock.unlock();
+        try {
+            observer->FeatureChanged(feature);
+        } catch (...) {
+            // An observer's fault must not stop the notifications of others.
+        }
+        lock.lock();
+        state.m_Delivering = nullptr;
+        state.m_Signal.notify_all();
+    }
+    // The last references may go here; never under the lock.
+    lock.unlock();
+    observers.clear();
+    lock.lock();
+}
+
+void RunDueActions(CameraState& state)
+{
+    std::chrono::steady_clock::time_point now = std::chrono::steady_clock::now();
+    for (PeriodicAction& periodic : state.m_PeriodicActions) {
+        if (periodic.due <= now) {
+            periodic.due = now + periodic.period;
+            state.Apply(periodic.action, CameraState::NoFeature);
+        }
+    }
+}
+
+void WaitForWork(CameraState& state, std::unique_lock<std::mutex>& lock)
+{
+    if (state.m_PeriodicActions.empty()) {
+        state.m_Signal.wait(lock);
+        return;
+    }
+    std::chrono::steady_clock::time_point due = state.m_PeriodicActions.front().due;
+    for (const PeriodicAction& periodic : state.m_PeriodicActions) {
+        due = std::min(due, periodic.due);
+    }
+    state.m_Signal.wait_until(lock, due);
+    RunDueActions(state);
+}
+
+} // namespace
+
+Camera::Camera() : m_State(std::make_shared<CameraState>())
+{
+    m_Notifier = std::thread(&Camera::RunNotifier, this);
+}
+
+Camera::~Camera()
+{
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        m_State->m_Stopped = true;
+        m_State->m_Queue.clear();
+        m_State->m_Delivered = m_State->m_Queued;
+    }
+    m_State->m_Signal.notify_all();
+    m_Notifier.join();
+    std::vector<FeaturePtr> features;
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        features.swap(m_Features);
+    }
+}
+
+void Camera::RunNotifier()
+{
+    CameraState& state = *m_State;
+    std::unique_lock<std::mutex> lock(state.m_Lock);
+    state.m_NotifierThread = std::this_thread::get_id();
+    while (!state.m_Stopped) {
+        if (state.m_Queue.empty()) {
+            WaitForWork(state, lock);
+            continue;
+        }
+        size_t index = state.m_Queue.front();
+        state.m_Queue.pop_front();
+        FeaturePtr feature = m_Features[index];
+        Deliver(state, lock, feature, index);
+        ++state.m_Delivered;
+        state.m_Signal.notify_all();
+        lock.unlock();
+        feature.reset();
+        lock.lock();
+    }
+}
+
+void Camera::AddFeature(const std::string& name, TrkFeatureDataType type,
+                        const std::function<void(FeatureEntry&)>& fill)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    fill(m_State->Add(name, type));
+    m_Features.push_back(FeaturePtr(new SimFeature(m_State, m_Features.size())));
+}
+
+void Camera::AddInteger(const std::string& name, long long value, long long min, long long max,
+                        long long increment)
+{
+    AddFeature(name, TrkFeatureDataInt, [&](FeatureEntry& entry) {
+        entry.intValue = value;
+        entry.intMin = min;
+        entry.intMax = max;
+        entry.intIncrement = increment;
+    });
+}
+
+void Camera::AddFloat(const std::string& name, double value, double min, double max,
+                      double increment)
+{
+    AddFeature(name, TrkFeatureDataFloat, [&](FeatureEntry& entry) {
+        entry.floatValue = value;
+        entry.floatMin = min;
+        entry.floatMax = max;
+        entry.floatIncrement = increment;
+    });
+}
+
+void Camera::AddBool(const std::string& name, bool value)
+{
+    AddFeature(name, TrkFeatureDataBool, [&](FeatureEntry& entry) { entry.boolValue = value; });
+}
+
+void Camera::AddEnum(const std::string& name, const std::vector<std::string>& entries,
+                     const std::string& current)
+{
+    AddFeature(name, TrkFeatureDataEnum, [&](FeatureEntry& entry) {
+        entry.entries = entries;
+        entry.text = current;
+    });
+}
+
+void Camera::AddString(const std::string& name, const std::string& value)
+{
+    AddFeature(name, TrkFeatureDataString, [&](FeatureEntry& entry) { entry.text = value; });
+}
+
+void Camera::AddCommand(const std::string& name)
+{
+    AddFeature(name, TrkFeatureDataCommand, [](FeatureEntry&) {});
+}
+
+void Camera::AddRaw(const std::string& name)
+{
+    AddFeature(name, TrkFeatureDataRaw, [](FeatureEntry& entry) { entry.writable = false; });
+}
+
+void Camera::SetDisplayName(const std::string& name, const std::string& displayName)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->Entry(name).displayName = displayName;
+}
+
+void Camera::SetCategory(const std::string& name, const std::string& category)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->Entry(name).category = category;
+}
+
+void Camera::SetWritable(const std::string& name, bool writable)
+{
+    Change([&](CameraAccess& access) { access.SetWritable(name, writable); });
+}
+
+void Camera::SetEntryAvailable(const std::string& name, const std::string& entry, bool available)
+{
+    Change([&](CameraAccess& access) { access.SetEntryAvailable(name, entry, available); });
+}
+
+void Camera::AddRule(const Rule& rule)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        m_State->m_Rules.push_back(rule);
+        m_State->RunRules();
+        m_State->QueueTouched(CameraState::NoFeature);
+    }
+    m_State->m_Signal.notify_all();
+}
+
+void Camera::SetCommandAction(const std::string& name, const Rule& action)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->Entry(name, TrkFeatureDataCommand).commandAction = action;
+}
+
+void Camera::SetPeriodicAction(std::chrono::milliseconds period, const Rule& action)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        PeriodicAction periodic = {period, std::chrono::steady_clock::now() + period, action};
+        m_State->m_PeriodicActions.push_back(periodic);
+    }
+    m_State->m_Signal.notify_all();
+}
+
+bool Camera::Has(const std::string& name) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->IndexOf(name) != CameraState::NoFeature;
+}
+
+long long Camera::IntValue(const std::string& name) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->Entry(name, TrkFeatureDataInt).intValue;
+}
+
+double Camera::FloatValue(const std::string& name) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->Entry(name, TrkFeatureDataFloat).floatValue;
+}
+
+bool Camera::BoolValue(const std::string& name) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->Entry(name, TrkFeatureDataBool).boolValue;
+}
+
+std::string Camera::TextValue(const std::string& name) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->Entry(name, TrkFeatureDataEnum, TrkFeatureDataString).text;
+}
+
+void Camera::SetFromCamera(const std::string& name, int value)
+{
+    SetFromCamera(name, static_cast<long long>(value));
+}
+
+void Camera::SetFromCamera(const std::string& name, long long value)
+{
+    ChangeAndNotify(name, [&](CameraAccess& access) { access.SetInt(name, value); });
+}
+
+void Camera::SetFromCamera(const std::string& name, double value)
+{
+    ChangeAndNotify(name, [&](CameraAccess& access) { access.SetFloat(name, value); });
+}
+
+void Camera::SetFromCamera(const std::string& name, bool value)
+{
+    ChangeAndNotify(name, [&](CameraAccess& access) { access.SetBool(name, value); });
+}
+
+void Camera::SetFromCamera(const std::string& name, const char* value)
+{
+    SetFromCamera(name, std::string(value));
+}
+
+void Camera::SetFromCamera(const std::string& name, const std::string& value)
+{
+    ChangeAndNotify(name, [&](CameraAccess& access) { access.SetText(name, value); });
+}
+
+void Camera::Change(const Rule& change)
+{
+    ChangeAndNotify(std::string(), change);
+}
+
+void Camera::ChangeAndNotify(const std::string& name, const Rule& change)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        m_State->Apply(change, name.empty() ? CameraState::NoFeature : m_State->IndexOf(name));
+    }
+    m_State->m_Signal.notify_all();
+}
+
+std::vector<FeaturePtr> Camera::Features() const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_Features;
+}
+
+FeaturePtr Camera::Find(const std::string& name) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    size_t index = m_State->IndexOf(name);
+    return index == CameraState::NoFeature ? FeaturePtr() : m_Features[index];
+}
+
+void Camera::SetFailure(const std::string& name, Op op, TrkErrorType code)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->Entry(name).failures[op] = code;
+}
+
+void Camera::ClearFailure(const std::string& name, Op op)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->Entry(name).failures.erase(op);
+}
+
+void Camera::ClearFailures()
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    for (const std::unique_ptr<FeatureEntry>& entry : m_State->m_Entries) {
+        entry->failures.clear();
+    }
+}
+
+int Camera::Calls(const std::string& name, Op op) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->Entry(name).calls[static_cast<int>(op)];
+}
+
+int Camera::TotalCalls(Op op) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    int total = 0;
+    for (const std::unique_ptr<FeatureEntry>& entry : m_State->m_Entries) {
+        total += entry->calls[static_cast<int>(op)];
+    }
+    return total;
+}
+
+void Camera::ResetCalls()
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    for (const std::unique_ptr<FeatureEntry>& entry : m_State->m_Entries) {
+        entry->calls.fill(0);
+    }
+}
+
+int Camera::ObserverCount(const std::string& name) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return static_cast<int>(m_State->Entry(name).observers.size());
+}
+
+void Camera::WaitForNotifications()
+{
+    std::unique_lock<std::mutex> lock(m_State->m_Lock);
+    if (std::this_thread::get_id() == m_State->m_NotifierThread) {
+        return;
+    }
+    unsigned long long target = m_State->m_Queued;
+    m_State->m_Signal.wait(lock, [&] { return m_State->m_Delivered >= target; });
+}
+
+} // namespace Sim
+} // namespace TrkAPI
+} // namespace KST

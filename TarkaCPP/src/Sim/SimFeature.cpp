@@ -1,0 +1,344 @@
+#include "SimFeature.h"
+
+#include "CameraState.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace KST {
+namespace TrkAPI {
+namespace Sim {
+
+namespace {
+
+// Text goes out with its terminating zero; empty text has size zero.
+TrkErrorType CopyText(const std::string& text, char* buffer, unsigned int& length)
+{
+    unsigned int needed = text.empty() ? 0 : static_cast<unsigned int>(text.size() + 1);
+    if (buffer == nullptr) {
+        length = needed;
+        return Success;
+    }
+    if (length < needed) {
+        return ErrorBufferTooSmall;
+    }
+    std::memcpy(buffer, text.c_str(), needed);
+    length = needed;
+    return Success;
+}
+
+TrkErrorType CheckType(const FeatureEntry& entry, TrkFeatureDataType type)
+{
+    return entry.type == type ? Success : ErrorWrongType;
+}
+
+bool IsText(const FeatureEntry& entry)
+{
+    return entry.type == TrkFeatureDataEnum || entry.type == TrkFeatureDataString;
+}
+
+bool HasEntry(const FeatureEntry& entry, const std::string& name)
+{
+    return std::find(entry.entries.begin(), entry.entries.end(), name) != entry.entries.end();
+}
+
+// Steps are counted from the minimum; a tiny tolerance admits the values
+// that a caller's own floating alignment leaves a hair off the grid.
+bool IsOnFloatGrid(const FeatureEntry& entry, double value)
+{
+    if (entry.floatIncrement <= 0.0) {
+        return true;
+    }
+    double steps = (value - entry.floatMin) / entry.floatIncrement;
+    return std::fabs(steps - std::round(steps)) <= 1e-6;
+}
+
+} // namespace
+
+SimFeature::SimFeature(const std::shared_ptr<CameraState>& state, size_t index)
+    : m_State(state), m_Index(index)
+{}
+
+template <class Read>
+TrkErrorType SimFeature::Query(Op op, Read read) const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    if (TrkErrorType code = m_State->Enter(m_Index, op)) {
+        return code;
+    }
+    return read(static_cast<const FeatureEntry&>(*m_State->m_Entries[m_Index]));
+}
+
+TrkErrorType SimFeature::GetName(char* buffer, unsigned int& length) const
+{
+    return Query(Op::GetName, [&](const FeatureEntry& entry) -> TrkErrorType {
+        return CopyText(entry.name, buffer, length);
+    });
+}
+
+TrkErrorType SimFeature::GetDisplayName(char* buffer, unsigned int& length) const
+{
+    return Query(Op::GetDisplayName, [&](const FeatureEntry& entry) -> TrkErrorType {
+        return CopyText(entry.displayName, buffer, length);
+    });
+}
+
+TrkErrorType SimFeature::GetCategory(char* buffer, unsigned int& length) const
+{
+    return Query(Op::GetCategory, [&](const FeatureEntry& entry) -> TrkErrorType {
+        return CopyText(entry.category, buffer, length);
+    });
+}
+
+TrkErrorType SimFeature::GetDataType(TrkFeatureDataType& type) const
+{
+    return Query(Op::GetDataType, [&](const FeatureEntry& entry) -> TrkErrorType {
+        type = entry.type;
+        return Success;
+    });
+}
+
+TrkErrorType SimFeature::IsWritable(bool& writable)
+{
+    return Query(Op::IsWritable, [&](const FeatureEntry& entry) -> TrkErrorType {
+        writable = entry.writable;
+        return Success;
+    });
+}
+
+TrkErrorType SimFeature::GetValue(long long& value) const
+{
+    return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
+        value = entry.intValue;
+        return CheckType(entry, TrkFeatureDataInt);
+    });
+}
+
+TrkErrorType SimFeature::GetValue(double& value) const
+{
+    return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
+        value = entry.floatValue;
+        return CheckType(entry, TrkFeatureDataFloat);
+    });
+}
+
+TrkErrorType SimFeature::GetValue(bool& value) const
+{
+    return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
+        value = entry.boolValue;
+        return CheckType(entry, TrkFeatureDataBool);
+    });
+}
+
+TrkErrorType SimFeature::GetValue(char* buffer, unsigned int& length) const
+{
+    return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
+        return IsText(entry) ? CopyText(entry.text, buffer, length) : ErrorWrongType;
+    });
+}
+
+TrkErrorType SimFeature::GetValues(char const** entries, unsigned int& count)
+{
+    return Query(Op::GetValues, [&](const FeatureEntry& entry) -> TrkErrorType {
+        if (entry.type != TrkFeatureDataEnum) {
+            return ErrorWrongType;
+        }
+        unsigned int needed = static_cast<unsigned int>(entry.entries.size());
+        if (entries == nullptr) {
+            count = needed;
+            return Success;
+        }
+        if (count < needed) {
+            return ErrorBufferTooSmall;
+        }
+        for (unsigned int i = 0; i < needed; ++i) {
+            entries[i] = entry.entries[i].c_str();
+        }
+        count = needed;
+        return Success;
+    });
+}
+
+TrkErrorType SimFeature::IsValueAvailable(char const* name, bool& available) const
+{
+    return Query(Op::IsValueAvailable, [&](const FeatureEntry& entry) -> TrkErrorType {
+        if (entry.type != TrkFeatureDataEnum) {
+            return ErrorWrongType;
+        }
+        if (name == nullptr || !HasEntry(entry, name)) {
+            return ErrorInvalidArgument;
+        }
+        available = entry.unavailable.count(name) == 0;
+        return Success;
+    });
+}
+
+TrkErrorType SimFeature::GetRange(long long& min, long long& max) const
+{
+    return Query(Op::GetRange, [&](const FeatureEntry& entry) -> TrkErrorType {
+        min = entry.intMin;
+        max = entry.intMax;
+        return CheckType(entry, TrkFeatureDataInt);
+    });
+}
+
+TrkErrorType SimFeature::GetRange(double& min, double& max) const
+{
+    return Query(Op::GetRange, [&](const FeatureEntry& entry) -> TrkErrorType {
+        min = entry.floatMin;
+        max = entry.floatMax;
+        return CheckType(entry, TrkFeatureDataFloat);
+    });
+}
+
+TrkErrorType SimFeature::GetIncrement(long long& increment) const
+{
+    return Query(Op::GetIncrement, [&](const FeatureEntry& entry) -> TrkErrorType {
+        if (TrkErrorType code = CheckType(entry, TrkFeatureDataInt)) {
+            return code;
+        }
+        increment = entry.intIncrement;
+        return entry.intIncrement > 0 ? Success : ErrorNoIncrement;
+    });
+}
+
+TrkErrorType SimFeature::GetIncrement(double& increment) const
+{
+    return Query(Op::GetIncrement, [&](const FeatureEntry& entry) -> TrkErrorType {
+        if (TrkErrorType code = CheckType(entry, TrkFeatureDataFloat)) {
+            return code;
+        }
+        increment = entry.floatIncrement;
+        return entry.floatIncrement > 0.0 ? Success : ErrorNoIncrement;
+    });
+}
+
+TrkErrorType SimFeature::SetValue(long long const& value)
+{
+    long long written = value;
+    return m_State->Write(
+        m_Index,
+        [&](const FeatureEntry& entry) -> TrkErrorType {
+            if (TrkErrorType code = CheckType(entry, TrkFeatureDataInt)) {
+                return code;
+            }
+            if (written < entry.intMin || written > entry.intMax) {
+                return ErrorOutOfRange;
+            }
+            if (entry.intIncrement > 0 && (written - entry.intMin) % entry.intIncrement != 0) {
+                return ErrorOffGrid;
+            }
+            return Success;
+        },
+        [&](FeatureEntry& entry, CameraAccess&) { entry.intValue = written; });
+}
+
+TrkErrorType SimFeature::SetValue(double const& value)
+{
+    double written = value;
+    return m_State->Write(
+        m_Index,
+        [&](const FeatureEntry& entry) -> TrkErrorType {
+            if (TrkErrorType code = CheckType(entry, TrkFeatureDataFloat)) {
+                return code;
+            }
+            if (!(written >= entry.floatMin && written <= entry.floatMax)) {
+                return ErrorOutOfRange;
+            }
+            return IsOnFloatGrid(entry, written) ? Success : ErrorOffGrid;
+        },
+        [&](FeatureEntry& entry, CameraAccess&) { entry.floatValue = written; });
+}
+
+TrkErrorType SimFeature::SetValue(bool value)
+{
+    return m_State->Write(
+        m_Index,
+        [&](const FeatureEntry& entry) -> TrkErrorType {
+            return CheckType(entry, TrkFeatureDataBool);
+        },
+        [&](FeatureEntry& entry, CameraAccess&) { entry.boolValue = value; });
+}
+
+TrkErrorType SimFeature::SetValue(char const* value)
+{
+    return m_State->Write(
+        m_Index,
+        [&](const FeatureEntry& entry) -> TrkErrorType {
+            if (!IsText(entry)) {
+                return ErrorWrongType;
+            }
+            if (value == nullptr) {
+                return ErrorInvalidArgument;
+            }
+            if (entry.type == TrkFeatureDataEnum) {
+                if (!HasEntry(entry, value)) {
+                    return ErrorInvalidArgument;
+                }
+                if (entry.unavailable.count(value) != 0) {
+                    return ErrorUnavailableEntry;
+                }
+            }
+            return Success;
+        },
+        [&](FeatureEntry& entry, CameraAccess&) { entry.text = value; });
+}
+
+TrkErrorType SimFeature::RunCommand()
+{
+    return m_State->Write(
+        m_Index,
+        [&](const FeatureEntry& entry) -> TrkErrorType {
+            return CheckType(entry, TrkFeatureDataCommand);
+        },
+        [&](FeatureEntry& entry, CameraAccess& access) {
+            if (entry.commandAction) {
+                entry.commandAction(access);
+            }
+        });
+}
+
+TrkErrorType SimFeature::RegisterObserver(IFeatureObserverPtr const& observer)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    if (TrkErrorType code = m_State->Enter(m_Index, Op::RegisterObserver)) {
+        return code;
+    }
+    if (!observer) {
+        return ErrorInvalidArgument;
+    }
+    std::vector<IFeatureObserverPtr>& observers = m_State->m_Entries[m_Index]->observers;
+    if (std::find(observers.begin(), observers.end(), observer) != observers.end()) {
+        return ErrorAlreadyRegistered;
+    }
+    observers.push_back(observer);
+    return Success;
+}
+
+TrkErrorType SimFeature::UnregisterObserver(IFeatureObserverPtr const& observer)
+{
+    // Released after the lock: the library's reference may be the last one.
+    IFeatureObserverPtr removed;
+    std::unique_lock<std::mutex> lock(m_State->m_Lock);
+    if (TrkErrorType code = m_State->Enter(m_Index, Op::UnregisterObserver)) {
+        return code;
+    }
+    std::vector<IFeatureObserverPtr>& observers = m_State->m_Entries[m_Index]->observers;
+    std::vector<IFeatureObserverPtr>::iterator found =
+        std::find(observers.begin(), observers.end(), observer);
+    if (!observer || found == observers.end()) {
+        return ErrorNotRegistered;
+    }
+    removed = *found;
+    observers.erase(found);
+    // The notifier itself can't wait for its own call to end.
+    if (std::this_thread::get_id() != m_State->m_NotifierThread) {
+        m_State->m_Signal.wait(lock, [&] { return m_State->m_Delivering != observer.get(); });
+    }
+    return Success;
+}
+
+} // namespace Sim
+} // namespace TrkAPI
+} // namespace KST
