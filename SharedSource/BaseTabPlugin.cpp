@@ -38,6 +38,9 @@ BaseTabPluginWidget::BaseTabPluginWidget(const QSharedPointer<FeatureVector>& fe
     : QWidget(parent), m_FeatureManager(nullptr), m_ChangedFeatures(nullptr),
       m_UpdateTimer(nullptr), m_ChangeMutex(nullptr), m_InDispatch(false), m_TickDeferred(false)
 {
+    // A Qt 5 message handler installed earlier would take precedence over
+    // the Qt 4 one; it is reset so that the silence holds for the process.
+    qInstallMessageHandler(nullptr);
     Qt4Compat::InstallMsgHandler(DropMessage);
     m_Features = features;
     m_FeatureManager = new FeatureManager(features);
