@@ -1,0 +1,363 @@
+#include "rubberbandlabel.h"
+
+#include <QBitmap>
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QPalette>
+#include <QPointer>
+#include <QResizeEvent>
+#include <QRubberBand>
+#include <QTimer>
+
+#include <cstdlib>
+
+namespace {
+
+// The hit zones are four pixels deep and look at one coordinate only, so each
+// runs across the whole label. The near zones (left, top) include the band's
+// outermost line; the far zones (right, bottom) stop one short of it.
+bool InNearZone(int position, int firstLine)
+{
+    return firstLine <= position && position <= firstLine + 3;
+}
+
+bool InFarZone(int position, int lastLine)
+{
+    return lastLine - 4 <= position && position <= lastLine - 1;
+}
+
+QRect FromCorners(int x1, int y1, int x2, int y2)
+{
+    return QRect(QPoint(x1, y1), QPoint(x2, y2));
+}
+
+} // namespace
+
+RubberBandLabel::RubberBandLabel(int imageWidth, int imageHeight, const QColor& color,
+                                 QWidget* parent)
+    : QLabel(parent), m_RubberBand(0), m_DragOffsetX(0), m_DragOffsetY(0), m_Color(color),
+      m_ImageWidth(imageWidth), m_ImageHeight(imageHeight), m_Moving(false), m_ResizingLeft(false),
+      m_ResizingRight(false), m_ResizingTop(false), m_ResizingBottom(false), m_Top(-1), m_Left(0),
+      m_Width(imageWidth), m_Height(imageHeight)
+{
+    // Until a region is given the band stands for the whole image; the
+    // negative top makes the first show cover the picture exactly.
+    setMouseTracking(true);
+    setMinimumWidth(100);
+    setMinimumHeight(100);
+
+    m_Pixmap = QPixmap(imageWidth, imageHeight);
+    QColor tint = color;
+    FillPixmap(tint);
+    setMask(m_Pixmap.createMaskFromColor(Qt::transparent));
+    setPixmap(
+        m_Pixmap.scaled(imageWidth, imageHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    setAlignment(Qt::AlignTop);
+}
+
+RubberBandLabel::~RubberBandLabel()
+{
+    delete m_RubberBand;
+}
+
+void RubberBandLabel::SetBandGeometry(int top, int left, int width, int height)
+{
+    m_Top = top;
+    m_Left = left;
+    m_Width = width;
+    m_Height = height;
+    PlaceStoredRegion();
+}
+
+bool RubberBandLabel::IsDragging() const
+{
+    return m_Moving || IsResizing();
+}
+
+bool RubberBandLabel::IsResizing() const
+{
+    return m_ResizingLeft || m_ResizingRight || m_ResizingTop || m_ResizingBottom;
+}
+
+QSize RubberBandLabel::sizeHint() const
+{
+    if (!m_RubberBand)
+        return QSize(100, 100);
+    return QSize(width(), heightForWidth(width()));
+}
+
+int RubberBandLabel::heightForWidth(int w) const
+{
+    return int(double(m_ImageHeight) * w / m_ImageWidth + 0.5);
+}
+
+int RubberBandLabel::GetFittedWidth() const
+{
+    return qMin(width(), int(double(height()) * m_ImageWidth / m_ImageHeight + 0.5));
+}
+
+int RubberBandLabel::GetFittedHeight() const
+{
+    return qMin(height(), heightForWidth(width()));
+}
+
+void RubberBandLabel::mousePressEvent(QMouseEvent* event)
+{
+    // Mouse events reach the label only once it is shown, and the first show
+    // makes the band.
+    Q_ASSERT(m_RubberBand);
+    const QRect band = m_RubberBand->geometry();
+    const int x = event->x();
+    const int y = event->y();
+
+    if (band.contains(x, y)) {
+        m_Moving = true;
+        m_DragOffsetX = x - band.left();
+        m_DragOffsetY = y - band.top();
+    }
+    // One edge at most: which corner is meant is read from the cursor that
+    // the hover left on the label.
+    if (InFarZone(x, band.right()))
+        m_ResizingRight = true;
+    else if (InNearZone(x, band.left()))
+        m_ResizingLeft = true;
+    else if (InNearZone(y, band.top()))
+        m_ResizingTop = true;
+    else if (InFarZone(y, band.bottom()))
+        m_ResizingBottom = true;
+
+    if (IsDragging())
+        emit GeometryChangeStarted();
+    emit clicked();
+}
+
+void RubberBandLabel::mouseReleaseEvent(QMouseEvent* event)
+{
+    Q_ASSERT(m_RubberBand);
+    const QRect region = BandInImagePixels();
+    // Cleared before the signal, so that its receivers find no drag running.
+    m_Moving = false;
+    m_ResizingLeft = false;
+    m_ResizingRight = false;
+    m_ResizingTop = false;
+    m_ResizingBottom = false;
+    emit SendGeometry(region.top(), region.left(), region.width(), region.height());
+}
+
+void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
+{
+    const int x = event->x();
+    const int y = event->y();
+    // x may reach one past the last column, y only the row before the last.
+    if (x < 0 || y < 0 || x > width() || y >= height() - 1 || !m_RubberBand)
+        return;
+
+    if (IsDragging()) {
+        m_RubberBand->setGeometry(DraggedBand(x, y));
+    } else {
+        SetCursorForPosition(x, y);
+        // What runs in here may delete this label, and may deliver a press.
+        QPointer<RubberBandLabel> guard(this);
+        QCoreApplication::processEvents();
+        if (!guard || !IsDragging())
+            return;
+    }
+    const QRect region = BandInImagePixels();
+    emit UpdateGeometry(region.top(), region.left(), region.width(), region.height());
+}
+
+void RubberBandLabel::resizeEvent(QResizeEvent* event)
+{
+    setPixmap(m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    if (m_RubberBand)
+        m_RubberBand->setGeometry(EstimatedBand(event->size(), event->oldSize()));
+    // The estimate drifts; the exact placement waits until the size settles.
+    QTimer::singleShot(200, this, SLOT(UpdateGeometryAfterResize()));
+}
+
+void RubberBandLabel::showEvent(QShowEvent* event)
+{
+    if (m_RubberBand)
+        return;
+
+    m_RubberBand = new QRubberBand(QRubberBand::Rectangle, this);
+    if (m_Top < 0) {
+        m_RubberBand->setGeometry(FromCorners(0, 0, width() - 1, heightForWidth(width() - 2) - 1));
+    } else {
+        const double scale = ScreenScale();
+        m_RubberBand->setGeometry(int(scale * m_Left + 0.5), int(scale * m_Top + 0.5),
+                                  int(scale * m_Width + 0.5), int(scale * m_Height + 0.5));
+    }
+
+    QColor bandColor = m_Color;
+    bandColor.setAlpha(80);
+    QPalette palette;
+    palette.setBrush(QPalette::All, QPalette::Highlight, QBrush(bandColor, Qt::SolidPattern));
+    m_RubberBand->setPalette(palette);
+    m_RubberBand->setVisible(true);
+}
+
+void RubberBandLabel::UpdateGeometryAfterResize()
+{
+    PlaceStoredRegion();
+}
+
+void RubberBandLabel::FillPixmap(QColor& color)
+{
+    int hue = 0;
+    int saturation = 0;
+    int lightness = 0;
+    color.getHsl(&hue, &saturation, &lightness);
+    color.setHsl(hue, 65, lightness, 185);
+    m_Pixmap.fill(color);
+}
+
+double RubberBandLabel::ScreenScale() const
+{
+    return double(GetFittedWidth()) / m_ImageWidth;
+}
+
+void RubberBandLabel::PlaceStoredRegion()
+{
+    if (!m_RubberBand)
+        return;
+    const double scale = ScreenScale();
+    if (scale < 1e-05)
+        return;
+    m_RubberBand->setGeometry(int(m_Left * scale), int(m_Top * scale), int(m_Width * scale),
+                              int(m_Height * scale));
+}
+
+QRect RubberBandLabel::EstimatedBand(const QSize& newSize, const QSize& oldSize) const
+{
+    const QRect band = m_RubberBand->geometry();
+    const int dW = std::abs(newSize.width() - oldSize.width());
+    const int dH = std::abs(newSize.height() - oldSize.height());
+    const int fitW = GetFittedWidth();
+    const int fitH = GetFittedHeight();
+
+    // A band that fills the picture keeps filling it while the size changes;
+    // the tolerances allow for the steps of a border being dragged.
+    const bool fullHeight = fitH <= band.height() + dH + dW && band.height() - dH - dW <= fitH;
+    const bool fullWidth = fitW <= band.width() + 2 * dW + dH && band.width() - 2 * dW - dH <= fitW;
+
+    double ratioX;
+    double ratioY;
+    if (newSize.width() <= fitW) {
+        ratioY = double(oldSize.width()) / newSize.width();
+        ratioX = ratioY;
+    } else {
+        ratioY = double(oldSize.height()) / newSize.height();
+        ratioX = newSize.height() > fitH ? 1.0 : ratioY;
+    }
+
+    double sizeH = fullHeight ? fitH : band.height() / ratioY + 0.5;
+    double sizeW = fullWidth ? fitW : band.width() / ratioX + 0.5;
+    if (sizeW + band.left() >= fitW)
+        sizeW = fitW - band.left();
+    if (sizeH + band.top() >= fitH)
+        sizeH = fitH - band.top();
+
+    return QRect(int(band.left() / ratioX + 0.5), int(band.top() / ratioY + 0.5), int(sizeW),
+                 int(sizeH));
+}
+
+QRect RubberBandLabel::DraggedBand(int x, int y) const
+{
+    const QRect band = m_RubberBand->geometry();
+
+    if (IsResizing()) {
+        int x1 = band.left();
+        int y1 = band.top();
+        int x2 = band.right();
+        int y2 = band.bottom();
+        const Qt::CursorShape shape = cursor().shape();
+        const int pictureBottom = heightForWidth(width());
+
+        if (m_ResizingRight) {
+            x2 = qMin(x, GetFittedWidth());
+            if (shape == Qt::SizeBDiagCursor)
+                y1 = y;
+            else if (shape != Qt::SizeHorCursor)
+                y2 = qMin(y, pictureBottom); // also a press that came with a stale cursor
+        } else if (m_ResizingLeft) {
+            // Only a cursor the hover set on the left edge says which corner
+            // is meant; any other leaves the band as it is.
+            switch (shape) {
+            case Qt::SizeFDiagCursor:
+                x1 = x;
+                y1 = y;
+                break;
+            case Qt::SizeHorCursor:
+                x1 = x;
+                break;
+            case Qt::SizeBDiagCursor:
+                x1 = x;
+                y2 = y;
+                break;
+            default:
+                break;
+            }
+        } else if (m_ResizingTop) {
+            y1 = y;
+        } else {
+            y2 = qMin(y, pictureBottom);
+        }
+        return FromCorners(x1, y1, x2, y2);
+    }
+
+    // A move keeps the size and stays on the picture; the top left corner
+    // wins where the band is larger than the picture.
+    const int left = qMax(qMin(x - m_DragOffsetX, GetFittedWidth() - band.width()), 0);
+    const int top = qMax(qMin(y - m_DragOffsetY, GetFittedHeight() - band.height()), 0);
+    return QRect(left, top, band.width(), band.height());
+}
+
+void RubberBandLabel::SetCursorForPosition(int x, int y)
+{
+    const QRect band = m_RubberBand->geometry();
+    const bool topZone = InNearZone(y, band.top());
+    const bool below = y >= band.bottom();
+
+    Qt::CursorShape shape = Qt::ArrowCursor;
+    if (InFarZone(x, band.right())) {
+        if (topZone)
+            shape = Qt::SizeBDiagCursor;
+        else if (below)
+            shape = Qt::SizeFDiagCursor;
+        else
+            shape = Qt::SizeHorCursor;
+    } else if (InNearZone(x, band.left())) {
+        if (topZone)
+            shape = Qt::SizeFDiagCursor;
+        else if (below)
+            shape = Qt::SizeBDiagCursor;
+        else
+            shape = Qt::SizeHorCursor;
+    } else if (topZone || InFarZone(y, band.bottom())) {
+        shape = Qt::SizeVerCursor;
+    } else if (band.contains(x, y)) {
+        shape = Qt::SizeAllCursor;
+    }
+    setCursor(shape);
+}
+
+QRect RubberBandLabel::BandInImagePixels() const
+{
+    const QRect band = m_RubberBand->geometry();
+    const double factor = double(m_ImageWidth) / GetFittedWidth();
+    int top = int(factor * band.top() + 0.5);
+    int left = int(factor * band.left() + 0.5);
+
+    // A pure move reports the size as it was last set, free of rounding.
+    int width = m_Width;
+    int height = m_Height;
+    if (IsResizing()) {
+        width = int(factor * band.width() + 0.5);
+        height = int(factor * band.height() + 0.5);
+    }
+
+    top = qMax(qMin(top, m_ImageHeight - height), 0);
+    left = qMax(qMin(left, m_ImageWidth - width), 0);
+    return QRect(left, top, width, height);
+}

@@ -53,8 +53,10 @@ private slots:
 
 private:
     void FillPixmap(QColor& color);
+    bool IsResizing() const;
     double ScreenScale() const;
     void PlaceStoredRegion();
+    QRect EstimatedBand(const QSize& newSize, const QSize& oldSize) const;
     QRect DraggedBand(int x, int y) const;
     void SetCursorForPosition(int x, int y);
     QRect BandInImagePixels() const;
