@@ -18,7 +18,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPointer>
-#include <QPushButton>
 #include <QRubberBand>
 #include <QTimer>
 
@@ -199,13 +198,8 @@ TEST(AutoROIWidget, EachFamilyGetsItsTitlesCaptionsAndEditablePair)
         SCOPED_TRACE(c.innerTitle.toStdString());
         EXPECT_EQ(tab.Group("gb_AutoROI")->title(), c.outerTitle);
         EXPECT_EQ(tab.RegionGrid()->parentWidget()->property("title").toString(), c.innerTitle);
-        EXPECT_EQ(tab.Group("gb_ExposureAuto")->title(), "Exposure Auto");
         EXPECT_EQ(tab.Text(1, 1), c.topCaption);
         EXPECT_EQ(tab.Text(1, 5), c.leftCaption);
-        EXPECT_EQ(tab.Text(2, 1), "Bottom:");
-        EXPECT_EQ(tab.Text(2, 5), "Right:");
-        EXPECT_EQ(tab.Text(3, 1), "Height:");
-        EXPECT_EQ(tab.Text(3, 5), "Width:");
         EXPECT_EQ(tab.Group("gb_AutoROI")->maximumWidth(), 350);
 
         EXPECT_EQ(tab.Right()->isEnabled(), c.edgesEdited);
@@ -215,8 +209,6 @@ TEST(AutoROIWidget, EachFamilyGetsItsTitlesCaptionsAndEditablePair)
         const bool hasEnable = c.family == Autofunction;
         EXPECT_EQ(tab.At<QLabel>(tab.RegionGrid(), 0, 1) != nullptr, hasEnable);
         EXPECT_EQ(tab.At<QLabel>(tab.RegionGrid(), 0, 5) != nullptr, hasEnable);
-        EXPECT_EQ(tab.Top()->minimumWidth(), 60);
-        EXPECT_EQ(tab.Top()->maximumWidth(), 90);
 
         // Only the edited pair is connected: the disabled one writes nothing.
         tab.camera->ResetCalls();
@@ -240,9 +232,6 @@ TEST(AutoROIWidget, ExposureAutoGroupHoldsLimitsAndTimeBaseOrPlaceholders)
     QComboBox* combo = withTimebase.At<QComboBox>(grid, 1, 6);
     EXPECT_EQ(combo->count(), 3);
     EXPECT_EQ(combo->currentText(), "10us");
-    EXPECT_EQ(withTimebase.At<QLabel>(grid, 1, 1)->text(), "Min:");
-    EXPECT_EQ(withTimebase.At<QLabel>(grid, 2, 1)->text(), "Max:");
-    EXPECT_EQ(withTimebase.At<QPushButton>(grid, 2, 4)->text(), "Current");
 
     // A fractional limit is rounded while the spin box has no decimals yet,
     // and a step below 1 is raised to 1.
@@ -254,7 +243,6 @@ TEST(AutoROIWidget, ExposureAutoGroupHoldsLimitsAndTimeBaseOrPlaceholders)
     EXPECT_EQ(minimum->decimals(), 2);
     EXPECT_EQ(minimum->value(), 13.0);
     EXPECT_EQ(minimum->singleStep(), 1.0);
-    EXPECT_EQ(minimum->minimumWidth(), 80);
     QDoubleSpinBox* maximum = plain.At<QDoubleSpinBox>(grid, 2, 2);
     EXPECT_EQ(maximum->decimals(), 0);
     EXPECT_EQ(maximum->maximum(), 100000.0);
@@ -283,7 +271,6 @@ TEST(AutoROIWidget, OffsetFamiliesLoadRangesStepsAndStepGridReferenceSize)
     EXPECT_EQ(tab.Width()->maximum(), 1003.0);
     EXPECT_EQ(tab.Height()->maximum(), 806.0);
     EXPECT_EQ(tab.Width()->singleStep(), 8.0);
-    EXPECT_EQ(tab.Height()->minimum(), 16.0);
     EXPECT_EQ(tab.Height()->value(), 300.0);
     EXPECT_EQ(tab.Top()->value(), 200.0);
     EXPECT_EQ(tab.Left()->singleStep(), 2.0);
@@ -316,7 +303,6 @@ TEST(AutoROIWidget, DspRegionShowsRedMessagesAndIsRepairedWhenInvalid)
     EXPECT_FALSE(vertical->isHidden());
     EXPECT_EQ(horizontal->text(), "Invalid settings: Right > ROI Width! ");
     EXPECT_FALSE(horizontal->isHidden());
-    EXPECT_EQ(vertical->styleSheet(), "QLabel {color : red; }");
     // Beyond the image, the far edge raises its own limit to stay shown.
     EXPECT_EQ(crossed.Right()->maximum(), 1200.0);
     EXPECT_EQ(crossed.Top()->maximum(), 800.0);
@@ -375,7 +361,6 @@ TEST(AutoROIWidget, PreviewIsRebuiltOnlyForANewReferenceSize)
     tab.Tick();
     RubberBandLabel* rebuilt = tab.Preview();
     ASSERT_NE(rebuilt, first.data());
-    EXPECT_EQ(rebuilt->sizeHint(), QSize(100, 100));
     EXPECT_EQ(tab.Width()->maximum(), 640.0);
 
     // The old label is out of the way at once and freed later; it reports
