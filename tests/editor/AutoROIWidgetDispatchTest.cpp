@@ -135,8 +135,8 @@ enum RegionCell
     Quarter
 };
 
-// An editor over a camera, with the tab's own tick stopped so that each test
-// decides when the dispatch runs.
+// An editor over a camera, with the tab's own tick stopped after its first
+// run, so that each test decides when the dispatch runs.
 struct Editor
 {
     explicit Editor(std::unique_ptr<Camera> made, bool show = true)
@@ -146,6 +146,8 @@ struct Editor
             widget.show();
             widget.findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly)->stop();
         }
+        // What loading wrote back has been notified; take it in.
+        Tick();
     }
 
     template <typename T = QDoubleSpinBox>
@@ -229,6 +231,8 @@ TEST(AutoROIWidgetDispatch, DragFollowsInSpinBoxesAndWritesOnceAtRelease)
     auto log = LogChanges(camera, {"AutofunctionAOIOffsetX", "AutofunctionAOIOffsetY",
                                    "AutofunctionAOIWidth", "AutofunctionAOIHeight"});
     ASSERT_TRUE(WaitFor([&] { return editor.Band().width() > 20; }));
+    // Let the preview's placement after its first resize pass.
+    WaitFor([] { return false; }, 300);
     camera.ResetCalls();
 
     const QPoint start = editor.Band().center();
@@ -246,6 +250,7 @@ TEST(AutoROIWidgetDispatch, DragFollowsInSpinBoxesAndWritesOnceAtRelease)
     EXPECT_EQ(editor.Cell(Width)->value(), draggedWidth);
     EXPECT_EQ(camera.TotalCalls(Op::SetValue), 0);
 
+    log->clear();
     editor.Mouse(QEvent::MouseButtonRelease, start + QPoint(31, 21));
     const long long offsetX = camera.IntValue("AutofunctionAOIOffsetX");
     EXPECT_EQ(offsetX % 4, 0);
@@ -266,6 +271,7 @@ TEST(AutoROIWidgetDispatch, DspDragTowardsLargerValuesMovesFarEdgesFirst)
     auto log = LogChanges(
         camera, {"DSPSubregionTop", "DSPSubregionLeft", "DSPSubregionRight", "DSPSubregionBottom"});
     ASSERT_TRUE(WaitFor([&] { return editor.Band().width() > 20; }));
+    WaitFor([] { return false; }, 300);
 
     const QPoint start = editor.Band().center();
     editor.Mouse(QEvent::MouseButtonPress, start);
