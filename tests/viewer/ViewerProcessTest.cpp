@@ -1,0 +1,99 @@
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// What one headless run of the viewer left behind.
+struct ViewerRun
+{
+    int exitCode = -1;
+    QString errors;
+};
+
+ViewerRun RunViewer(const QStringList& arguments)
+{
+    QProcess viewer;
+    viewer.setProgram(QStringLiteral(TABVIEWER_PATH));
+    viewer.setArguments(arguments);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    viewer.setProcessEnvironment(environment);
+    viewer.start();
+    ViewerRun run;
+    if (!viewer.waitForFinished(60000)) {
+        viewer.kill();
+        viewer.waitForFinished();
+        run.errors = QStringLiteral("viewer did not finish");
+        return run;
+    }
+    run.exitCode = viewer.exitStatus() == QProcess::NormalExit ? viewer.exitCode() : -1;
+    run.errors = QString::fromLocal8Bit(viewer.readAllStandardError());
+    return run;
+}
+
+} // namespace
+
+TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshot)
+{
+    QTemporaryDir output;
+    ASSERT_TRUE(output.isValid());
+    for (const QString camera : {"autofunction", "automode", "dsp"}) {
+        SCOPED_TRACE(camera.toStdString());
+        const QString file = output.filePath(camera + ".png");
+        const ViewerRun run = RunViewer({"--camera", camera, "--screenshot", file});
+        EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+        // The plug-in folder also holds translations, which are no plug-ins.
+        EXPECT_FALSE(run.errors.contains("declined")) << run.errors.toStdString();
+        EXPECT_FALSE(run.errors.contains("skipped")) << run.errors.toStdString();
+        const QImage image(file);
+        EXPECT_GE(image.width(), 800);
+        EXPECT_GE(image.height(), 600);
+    }
+}
+
+TEST(ViewerProcess, UnsupportedCameraIsDeclinedWithCodeFour)
+{
+    QTemporaryDir output;
+    ASSERT_TRUE(output.isValid());
+    const QString file = output.filePath("unsupported.png");
+    const ViewerRun run = RunViewer({"--camera=unsupported", "--screenshot", file});
+    EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+    EXPECT_TRUE(
+        run.errors.contains("libtabextensionautoaoi.so declined camera unsupported with code 4"))
+        << run.errors.toStdString();
+    EXPECT_TRUE(QFile::exists(file));
+}
+
+TEST(ViewerProcess, RefusesToStartWithoutPluginsOrWithAnUnknownCamera)
+{
+    QTemporaryDir folder;
+    ASSERT_TRUE(folder.isValid());
+
+    ViewerRun run = RunViewer({"--plugins", folder.path()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.errors.contains("no tab extension plug-in found in " + folder.path()))
+        << run.errors.toStdString();
+
+    // A file named like a library that isn't one is reported and skipped.
+    QFile fake(folder.filePath("libbroken.so"));
+    ASSERT_TRUE(fake.open(QIODevice::WriteOnly));
+    fake.write("not a library");
+    fake.close();
+    run = RunViewer({"--plugins", folder.path()});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.errors.contains("skipped libbroken.so")) << run.errors.toStdString();
+
+    const QString missing = folder.filePath("missing");
+    run = RunViewer({"--plugins", missing});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.errors.contains("plug-in folder " + missing + " does not exist"))
+        << run.errors.toStdString();
+
+    run = RunViewer({"--plugins", QStringLiteral(TAB_PLUGIN_DIR), "--camera", "mono"});
+    EXPECT_EQ(run.exitCode, 2);
+    EXPECT_TRUE(run.errors.contains("unknown camera \"mono\"")) << run.errors.toStdString();
+}
