@@ -34,6 +34,11 @@ bool CameraAccess::Has(const std::string& name) const
     return m_State.IndexOf(name) != CameraState::NoFeature;
 }
 
+TrkFeatureDataType CameraAccess::Type(const std::string& name) const
+{
+    return m_State.Entry(name).type;
+}
+
 long long CameraAccess::Int(const std::string& name) const
 {
     return m_State.Entry(name, TrkFeatureDataInt).intValue;

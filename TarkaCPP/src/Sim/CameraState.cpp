@@ -97,19 +97,26 @@ void CameraState::RunRules()
 
 void CameraState::QueueTouched(size_t written)
 {
-    if (!m_Stopped) {
-        if (written != NoFeature) {
-            m_Queue.push_back(written);
-            ++m_Queued;
-        }
-        for (size_t index : m_Touched) {
-            if (index != written) {
-                m_Queue.push_back(index);
-                ++m_Queued;
-            }
+    if (written != NoFeature) {
+        Queue(written);
+    }
+    for (size_t index : m_Touched) {
+        if (index != written) {
+            Queue(index);
         }
     }
     m_Touched.clear();
+}
+
+void CameraState::Queue(size_t index)
+{
+    const std::vector<IFeatureObserverPtr>& observers = m_Entries[index]->observers;
+    if (m_Stopped || observers.empty()) {
+        return;
+    }
+    Notification notification = {index, observers};
+    m_Queue.push_back(notification);
+    ++m_Queued;
 }
 
 } // namespace Sim

@@ -49,6 +49,14 @@ struct FeatureEntry
     std::map<Op, TrkErrorType> failures;
 };
 
+// A change waiting for the notifier, with the observers registered when it
+// happened; those removed since are skipped.
+struct Notification
+{
+    size_t index;
+    std::vector<IFeatureObserverPtr> observers;
+};
+
 // An action that the notifier runs every period.
 struct PeriodicAction
 {
@@ -72,7 +80,7 @@ public:
     std::vector<Rule> m_Rules;
     std::vector<PeriodicAction> m_PeriodicActions;
 
-    std::deque<size_t> m_Queue;
+    std::deque<Notification> m_Queue;
     unsigned long long m_Queued = 0;
     unsigned long long m_Delivered = 0;
     bool m_Stopped = false;
@@ -100,6 +108,7 @@ public:
     void Apply(const Rule& change, size_t written);
     void RunRules();
     void QueueTouched(size_t written);
+    void Queue(size_t index);
 
     // Writes through a feature: counted, failure-injected, refused when read
     // only or when check rejects it (for its type or value), then stored

@@ -11,14 +11,14 @@ namespace Sim {
 
 namespace {
 
-// Calls the observers of one feature that are still registered, without the
-// lock, and marks each call so that unregistering can wait for it.
+// Calls the observers of a notification that are still registered, without
+// the lock, and marks each call so that unregistering can wait for it.
 void Deliver(CameraState& state, std::unique_lock<std::mutex>& lock, const FeaturePtr& feature,
-             size_t index)
+             const Notification& notification)
 {
-    std::vector<IFeatureObserverPtr> observers = state.m_Entries[index]->observers;
-    for (const IFeatureObserverPtr& observer : observers) {
-        const std::vector<IFeatureObserverPtr>& current = state.m_Entries[index]->observers;
+    for (const IFeatureObserverPtr& observer : notification.observers) {
+        const std::vector<IFeatureObserverPtr>& current =
+            state.m_Entries[notification.index]->observers;
         if (std::find(current.begin(), current.end(), observer) == current.end()) {
             continue;
         }
@@ -33,10 +33,6 @@ void Deliver(CameraState& state, std::unique_lock<std::mutex>& lock, const Featu
         state.m_Delivering = nullptr;
         state.m_Signal.notify_all();
     }
-    // The last references may go here; never under the lock.
-    lock.unlock();
-    observers.clear();
-    lock.lock();
 }
 
 void RunDueActions(CameraState& state)
@@ -73,19 +69,19 @@ Camera::Camera() : m_State(std::make_shared<CameraState>())
 
 Camera::~Camera()
 {
+    // Released after the lock: they may hold the last references.
+    std::deque<Notification> dropped;
+    std::vector<FeaturePtr> features;
     {
         std::lock_guard<std::mutex> lock(m_State->m_Lock);
         m_State->m_Stopped = true;
-        m_State->m_Queue.clear();
+        dropped.swap(m_State->m_Queue);
         m_State->m_Delivered = m_State->m_Queued;
     }
     m_State->m_Signal.notify_all();
     m_Notifier.join();
-    std::vector<FeaturePtr> features;
-    {
-        std::lock_guard<std::mutex> lock(m_State->m_Lock);
-        features.swap(m_Features);
-    }
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    features.swap(m_Features);
 }
 
 void Camera::RunNotifier()
@@ -98,14 +94,16 @@ void Camera::RunNotifier()
             WaitForWork(state, lock);
             continue;
         }
-        size_t index = state.m_Queue.front();
+        Notification notification = std::move(state.m_Queue.front());
         state.m_Queue.pop_front();
-        FeaturePtr feature = m_Features[index];
-        Deliver(state, lock, feature, index);
+        FeaturePtr feature = m_Features[notification.index];
+        Deliver(state, lock, feature, notification);
         ++state.m_Delivered;
         state.m_Signal.notify_all();
+        // The last references may go here; never under the lock.
         lock.unlock();
         feature.reset();
+        notification.observers.clear();
         lock.lock();
     }
 }

@@ -64,6 +64,7 @@ class CameraAccess
 {
 public:
     bool Has(const std::string& name) const;
+    TrkFeatureDataType Type(const std::string& name) const;
 
     long long Int(const std::string& name) const;
     long long IntMin(const std::string& name) const;

@@ -1,0 +1,57 @@
+#ifndef TARKACPP_SIM_FEATURESPEC_H
+#define TARKACPP_SIM_FEATURESPEC_H
+
+#include <TarkaCPP/Sim/SimCamera.h>
+
+#include <string>
+#include <vector>
+
+namespace KST {
+namespace TrkAPI {
+namespace Sim {
+
+// The description of one feature of a ready-made camera, so that cameras
+// can be assembled from lists in any order.
+struct FeatureSpec
+{
+    std::string category;
+    std::string name;
+    TrkFeatureDataType type = TrkFeatureDataUnknown;
+    bool writable = true;
+    long long intValue = 0;
+    long long intMin = 0;
+    long long intMax = 0;
+    long long intIncrement = 0;
+    double floatValue = 0.0;
+    double floatMin = 0.0;
+    double floatMax = 0.0;
+    double floatIncrement = 0.0;
+    bool boolValue = false;
+    std::vector<std::string> entries;
+    std::string text;
+};
+
+typedef std::vector<FeatureSpec> FeatureSpecs;
+
+FeatureSpec IntSpec(const std::string& category, const std::string& name, long long value,
+                    long long min, long long max, long long increment = 1);
+FeatureSpec FloatSpec(const std::string& category, const std::string& name, double value,
+                      double min, double max, double increment = 0.0);
+FeatureSpec BoolSpec(const std::string& category, const std::string& name, bool value);
+FeatureSpec EnumSpec(const std::string& category, const std::string& name,
+                     const std::vector<std::string>& entries, const std::string& current);
+FeatureSpec StringSpec(const std::string& category, const std::string& name,
+                       const std::string& value);
+FeatureSpec CommandSpec(const std::string& category, const std::string& name);
+FeatureSpec RawSpec(const std::string& category, const std::string& name);
+FeatureSpec ReadOnly(FeatureSpec spec);
+
+// Adds the features in order, with their category and a display name made
+// of the name's words ("ExposureAutoMin" shows as "Exposure Auto Min").
+void AddFeatures(Camera& camera, const FeatureSpecs& specs);
+
+} // namespace Sim
+} // namespace TrkAPI
+} // namespace KST
+
+#endif

@@ -1,0 +1,360 @@
+#include <TarkaCPP/Sim/CameraRules.h>
+#include <TarkaCPP/Sim/SimCamera.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <future>
+#include <mutex>
+#include <thread>
+
+using namespace KST::TrkAPI;
+using namespace KST::TrkAPI::Sim;
+
+namespace {
+
+std::string NameOf(const FeaturePtr& feature)
+{
+    unsigned int length = 0;
+    if (feature->GetName(nullptr, length) != 0 || length == 0) {
+        return std::string();
+    }
+    std::string buffer(length, '\0');
+    if (feature->GetName(&buffer[0], length) != 0) {
+        return std::string();
+    }
+    return buffer.c_str();
+}
+
+// Records each notification with the thread it came on; an optional action
+// runs inside the callback.
+class RecordingObserver : public IFeatureObserver
+{
+public:
+    void FeatureChanged(const FeaturePtr& feature) override
+    {
+        std::string name = NameOf(feature);
+        if (m_Action) {
+            m_Action(feature);
+        }
+        std::lock_guard<std::mutex> lock(m_Lock);
+        m_Names.push_back(name);
+        m_Threads.push_back(std::this_thread::get_id());
+    }
+
+    std::vector<std::string> Names()
+    {
+        std::lock_guard<std::mutex> lock(m_Lock);
+        return m_Names;
+    }
+
+    std::vector<std::thread::id> Threads()
+    {
+        std::lock_guard<std::mutex> lock(m_Lock);
+        return m_Threads;
+    }
+
+    std::function<void(const FeaturePtr&)> m_Action;
+
+private:
+    std::mutex m_Lock;
+    std::vector<std::string> m_Names;
+    std::vector<std::thread::id> m_Threads;
+};
+
+struct Observed
+{
+    Observed() : raw(new RecordingObserver), ptr(raw) {}
+    RecordingObserver* raw;
+    IFeatureObserverPtr ptr;
+};
+
+// A small camera with one feature of each type and a region tied to an image.
+class SimCameraTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        m_Camera.AddInteger("Width", 640, 16, 1024, 8);
+        m_Camera.AddInteger("RegionOffsetX", 0, 0, 0, 4);
+        m_Camera.AddInteger("RegionWidth", 320, 32, 640, 4);
+        m_Camera.AddInteger("Stepless", 5, 0, 10, 0);
+        m_Camera.AddFloat("Exposure", 0.5, 0.0, 1.0, 0.1);
+        m_Camera.AddFloat("Gamma", 1.0, 0.5, 2.0);
+        m_Camera.AddBool("Enable", true);
+        m_Camera.AddEnum("Mode", {"Off", "Once", "Continuous"}, "Off");
+        m_Camera.AddEnum("Empty", {}, "");
+        m_Camera.AddString("UserID", "cam");
+        m_Camera.AddCommand("Start");
+        m_Camera.AddRaw("Blob");
+        m_Camera.AddRule(KeepInside("RegionOffsetX", "RegionWidth", "", "Width"));
+    }
+
+    FeaturePtr F(const std::string& name) { return m_Camera.Find(name); }
+
+    Camera m_Camera;
+};
+
+TEST_F(SimCameraTest, ReadsWorkOnlyForTheirOwnType)
+{
+    const std::pair<const char*, TrkFeatureDataType> types[] = {
+        {"Width", TrkFeatureDataInt},   {"Exposure", TrkFeatureDataFloat},
+        {"Mode", TrkFeatureDataEnum},   {"UserID", TrkFeatureDataString},
+        {"Enable", TrkFeatureDataBool}, {"Start", TrkFeatureDataCommand},
+        {"Blob", TrkFeatureDataRaw}};
+    for (const auto& expected : types) {
+        TrkFeatureDataType type = TrkFeatureDataUnknown;
+        EXPECT_EQ(0, F(expected.first)->GetDataType(type));
+        EXPECT_EQ(expected.second, type) << expected.first;
+    }
+
+    long long integer = 0;
+    double real = 0.0;
+    bool flag = false;
+    unsigned int length = 0;
+    EXPECT_EQ(0, F("Width")->GetValue(integer));
+    EXPECT_EQ(640, integer);
+    EXPECT_NE(0, F("Width")->GetValue(real));
+    EXPECT_NE(0, F("Exposure")->GetValue(integer));
+    EXPECT_NE(0, F("Enable")->GetValue(integer));
+    EXPECT_NE(0, F("Width")->GetValue(flag));
+    EXPECT_NE(0, F("Width")->GetValue(nullptr, length));
+    EXPECT_NE(0, F("Start")->GetValue(nullptr, length));
+    EXPECT_NE(0, F("Blob")->GetValue(nullptr, length));
+    EXPECT_NE(0, F("Exposure")->GetRange(integer, integer));
+    EXPECT_NE(0, F("Width")->GetRange(real, real));
+
+    // Without a step GetIncrement fails for both kinds of number.
+    EXPECT_NE(0, F("Stepless")->GetIncrement(integer));
+    EXPECT_NE(0, F("Gamma")->GetIncrement(real));
+    EXPECT_EQ(0, F("Exposure")->GetIncrement(real));
+    EXPECT_DOUBLE_EQ(0.1, real);
+}
+
+TEST_F(SimCameraTest, RefusedWritesChangeNothing)
+{
+    // The grid counts from the minimum: 16 + 8k.
+    EXPECT_NE(0, F("Width")->SetValue(20LL));
+    EXPECT_NE(0, F("Width")->SetValue(1032LL));
+    EXPECT_NE(0, F("Width")->SetValue(8LL));
+    EXPECT_NE(0, F("Width")->SetValue(0.5));
+    EXPECT_EQ(640, m_Camera.IntValue("Width"));
+    EXPECT_EQ(0, F("Width")->SetValue(24LL));
+    EXPECT_EQ(24, m_Camera.IntValue("Width"));
+    EXPECT_EQ(0, F("Stepless")->SetValue(7LL));
+
+    EXPECT_NE(0, F("Exposure")->SetValue(0.55));
+    EXPECT_NE(0, F("Exposure")->SetValue(1.1));
+    EXPECT_DOUBLE_EQ(0.5, m_Camera.FloatValue("Exposure"));
+    // A value a hair off the grid, as floating alignment leaves it, is taken.
+    EXPECT_EQ(0, F("Exposure")->SetValue(0.1 * 7));
+    EXPECT_EQ(0, F("Gamma")->SetValue(1.2345));
+
+    m_Camera.SetWritable("Enable", false);
+    bool writable = true;
+    EXPECT_EQ(0, F("Enable")->IsWritable(writable));
+    EXPECT_FALSE(writable);
+    EXPECT_NE(0, F("Enable")->SetValue(false));
+    EXPECT_TRUE(m_Camera.BoolValue("Enable"));
+    EXPECT_NE(0, F("Blob")->SetValue("x"));
+
+    m_Camera.SetEntryAvailable("Mode", "Once", false);
+    bool available = true;
+    EXPECT_EQ(0, F("Mode")->IsValueAvailable("Once", available));
+    EXPECT_FALSE(available);
+    EXPECT_NE(0, F("Mode")->IsValueAvailable("Never", available));
+    EXPECT_NE(0, F("Mode")->SetValue("Once"));
+    EXPECT_NE(0, F("Mode")->SetValue("Never"));
+    EXPECT_NE(0, F("Mode")->SetValue(static_cast<const char*>(nullptr)));
+    EXPECT_EQ("Off", m_Camera.TextValue("Mode"));
+    EXPECT_EQ(0, F("Mode")->SetValue("Continuous"));
+    EXPECT_EQ("Continuous", m_Camera.TextValue("Mode"));
+    EXPECT_EQ(0, F("UserID")->SetValue("anything"));
+    EXPECT_NE(0, F("Width")->SetValue("640"));
+    EXPECT_NE(0, F("Mode")->RunCommand());
+    EXPECT_EQ(0, F("Start")->RunCommand());
+}
+
+TEST_F(SimCameraTest, TextAndListsFollowTheTwoCallProtocol)
+{
+    unsigned int length = 0;
+    ASSERT_EQ(0, F("Width")->GetName(nullptr, length));
+    EXPECT_EQ(6u, length);
+    char small[5] = {};
+    unsigned int smallLength = sizeof small;
+    EXPECT_NE(0, F("Width")->GetName(small, smallLength));
+    char buffer[7] = {};
+    EXPECT_EQ(0, F("Width")->GetName(buffer, length));
+    EXPECT_STREQ("Width", buffer);
+
+    m_Camera.SetDisplayName("Width", "");
+    EXPECT_EQ(0, F("Width")->GetDisplayName(nullptr, length));
+    EXPECT_EQ(0u, length);
+    m_Camera.SetCategory("Width", "/ImageFormat");
+    char category[32] = {};
+    length = sizeof category;
+    EXPECT_EQ(0, F("Width")->GetCategory(category, length));
+    EXPECT_STREQ("/ImageFormat", category);
+
+    unsigned int count = 99;
+    EXPECT_EQ(0, F("Empty")->GetValues(nullptr, count));
+    EXPECT_EQ(0u, count);
+    ASSERT_EQ(0, F("Mode")->GetValues(nullptr, count));
+    ASSERT_EQ(3u, count);
+    const char* entries[3] = {};
+    unsigned int tooFew = 2;
+    EXPECT_NE(0, F("Mode")->GetValues(entries, tooFew));
+    EXPECT_EQ(0, F("Mode")->GetValues(entries, count));
+    EXPECT_STREQ("Off", entries[0]);
+    EXPECT_STREQ("Continuous", entries[2]);
+    EXPECT_NE(0, F("Width")->GetValues(nullptr, count));
+}
+
+TEST_F(SimCameraTest, DependentLimitsFollowEveryWrite)
+{
+    long long min = -1;
+    long long max = -1;
+    ASSERT_EQ(0, F("RegionOffsetX")->GetRange(min, max));
+    EXPECT_EQ(320, max);
+    EXPECT_EQ(0, F("RegionOffsetX")->SetValue(300LL));
+    ASSERT_EQ(0, F("RegionWidth")->GetRange(min, max));
+    EXPECT_EQ(340, max);
+    EXPECT_NE(0, F("RegionWidth")->SetValue(344LL));
+
+    // A smaller image pushes the region back inside, the size first, onto
+    // the grid below the new maximum.
+    EXPECT_EQ(0, F("Width")->SetValue(336LL));
+    EXPECT_EQ(36, m_Camera.IntValue("RegionWidth"));
+    EXPECT_EQ(300, m_Camera.IntValue("RegionOffsetX"));
+    m_Camera.SetFromCamera("Width", 64);
+    EXPECT_EQ(32, m_Camera.IntValue("RegionWidth"));
+    EXPECT_EQ(32, m_Camera.IntValue("RegionOffsetX"));
+    ASSERT_EQ(0, F("RegionOffsetX")->GetRange(min, max));
+    EXPECT_EQ(32, max);
+}
+
+TEST_F(SimCameraTest, NotificationsComeFromAnotherThreadForTheWrittenAndTheChangedFeatures)
+{
+    Observed width;
+    Observed offset;
+    Observed gamma;
+    // Reading the feature from inside the callback must not deadlock.
+    long long seen = 0;
+    offset.raw->m_Action = [&](const FeaturePtr& feature) { feature->GetValue(seen); };
+    ASSERT_EQ(0, F("Width")->RegisterObserver(width.ptr));
+    ASSERT_EQ(0, F("RegionOffsetX")->RegisterObserver(offset.ptr));
+    ASSERT_EQ(0, F("Gamma")->RegisterObserver(gamma.ptr));
+    EXPECT_EQ(2, width.ptr.use_count());
+
+    EXPECT_EQ(0, F("Width")->SetValue(320LL));
+    m_Camera.WaitForNotifications();
+    EXPECT_EQ(std::vector<std::string>{"Width"}, width.raw->Names());
+    EXPECT_EQ(std::vector<std::string>{"RegionOffsetX"}, offset.raw->Names());
+    EXPECT_TRUE(gamma.raw->Names().empty());
+    ASSERT_EQ(1u, width.raw->Threads().size());
+    EXPECT_NE(std::this_thread::get_id(), width.raw->Threads()[0]);
+
+    // A refused write notifies nobody; an unchanged value written is notified.
+    EXPECT_NE(0, F("Width")->SetValue(321LL));
+    EXPECT_EQ(0, F("Width")->SetValue(320LL));
+    m_Camera.SetFromCamera("Gamma", 1.5);
+    m_Camera.WaitForNotifications();
+    EXPECT_EQ(2u, width.raw->Names().size());
+    EXPECT_EQ(1u, offset.raw->Names().size());
+    EXPECT_EQ(std::vector<std::string>{"Gamma"}, gamma.raw->Names());
+
+    EXPECT_NE(0, F("Width")->RegisterObserver(width.ptr));
+    EXPECT_EQ(1, m_Camera.ObserverCount("Width"));
+    EXPECT_EQ(0, F("Width")->UnregisterObserver(width.ptr));
+    EXPECT_NE(0, F("Width")->UnregisterObserver(width.ptr));
+    EXPECT_EQ(1, width.ptr.use_count());
+}
+
+TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgress)
+{
+    std::promise<void> entered;
+    std::promise<void> release;
+    std::shared_future<void> released = release.get_future().share();
+    std::atomic<bool> finished(false);
+    Observed slow;
+    slow.raw->m_Action = [&](const FeaturePtr&) {
+        entered.set_value();
+        released.wait();
+        finished = true;
+    };
+    ASSERT_EQ(0, F("Gamma")->RegisterObserver(slow.ptr));
+    m_Camera.SetFromCamera("Gamma", 1.5);
+    entered.get_future().wait();
+
+    std::future<TrkErrorType> unregistered = std::async(std::launch::async, [&] {
+        TrkErrorType code = F("Gamma")->UnregisterObserver(slow.ptr);
+        EXPECT_TRUE(finished);
+        return code;
+    });
+    EXPECT_EQ(std::future_status::timeout, unregistered.wait_for(std::chrono::milliseconds(100)));
+    release.set_value();
+    EXPECT_EQ(0, unregistered.get());
+
+    // From inside its own callback an observer can take itself off.
+    Observed selfRemoving;
+    selfRemoving.raw->m_Action = [&](const FeaturePtr& feature) {
+        EXPECT_EQ(0, feature->UnregisterObserver(selfRemoving.ptr));
+    };
+    ASSERT_EQ(0, F("Gamma")->RegisterObserver(selfRemoving.ptr));
+    m_Camera.SetFromCamera("Gamma", 1.75);
+    m_Camera.SetFromCamera("Gamma", 2.0);
+    m_Camera.WaitForNotifications();
+    EXPECT_EQ(1u, selfRemoving.raw->Names().size());
+    EXPECT_EQ(0, m_Camera.ObserverCount("Gamma"));
+}
+
+TEST_F(SimCameraTest, InjectedFailuresAndCallCounts)
+{
+    m_Camera.ResetCalls();
+    m_Camera.SetFailure("Width", Op::GetValue, -7);
+    m_Camera.SetFailure("Width", Op::SetValue);
+    long long value = 0;
+    EXPECT_EQ(-7, F("Width")->GetValue(value));
+    EXPECT_NE(0, F("Width")->SetValue(648LL));
+    EXPECT_EQ(640, m_Camera.IntValue("Width"));
+    EXPECT_EQ(0, F("RegionWidth")->GetValue(value));
+
+    m_Camera.ClearFailure("Width", Op::GetValue);
+    EXPECT_EQ(0, F("Width")->GetValue(value));
+    EXPECT_NE(0, F("Width")->SetValue(648LL));
+    m_Camera.ClearFailures();
+    EXPECT_EQ(0, F("Width")->SetValue(648LL));
+
+    EXPECT_EQ(2, m_Camera.Calls("Width", Op::GetValue));
+    EXPECT_EQ(3, m_Camera.Calls("Width", Op::SetValue));
+    EXPECT_EQ(3, m_Camera.TotalCalls(Op::GetValue));
+    EXPECT_EQ(0, m_Camera.TotalCalls(Op::GetName));
+    m_Camera.ResetCalls();
+    EXPECT_EQ(0, m_Camera.TotalCalls(Op::SetValue));
+}
+
+TEST(SimCameraLifetimeTest, FeaturesStayUsableAfterTheCamera)
+{
+    FeaturePtr feature;
+    Observed observer;
+    {
+        Camera camera;
+        camera.AddInteger("Gain", 1, 0, 10);
+        feature = camera.Find("Gain");
+        ASSERT_EQ(0, feature->RegisterObserver(observer.ptr));
+        EXPECT_FALSE(camera.Find("Missing"));
+        EXPECT_EQ(1u, camera.Features().size());
+    }
+    EXPECT_EQ(0, feature->SetValue(5LL));
+    long long value = 0;
+    EXPECT_EQ(0, feature->GetValue(value));
+    EXPECT_EQ(5, value);
+    EXPECT_EQ("Gain", NameOf(feature));
+    EXPECT_EQ(0, feature->UnregisterObserver(observer.ptr));
+    EXPECT_TRUE(observer.raw->Names().empty());
+}
+
+} // namespace
