@@ -75,7 +75,7 @@ private:
                         const char* failureText, bool fillChanged);
     void FinishDispatch();
 
-    // Set while HandleChangedFeatures runs; see updateTimer().
+    // Set while a dispatch holds m_ChangeMutex; see updateTimer().
     bool m_InDispatch;
     bool m_TickDeferred;
     QStringList m_LateChanges;
