@@ -8,13 +8,16 @@
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QSortFilterProxyModel>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTimer>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include <cstdio>
 
@@ -46,30 +49,52 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     toolBar->setMovable(false);
     toolBar->addWidget(new QLabel(tr("Camera: ")));
     m_CameraSelector = new QComboBox;
+    m_CameraSelector->setObjectName(QStringLiteral("cameraSelector"));
     m_CameraSelector->addItems(SimulatedCamera::Names());
     toolBar->addWidget(m_CameraSelector);
     toolBar->addSeparator();
     m_AcquisitionButton = new QPushButton;
+    m_AcquisitionButton->setObjectName(QStringLiteral("acquisitionButton"));
     m_AcquisitionButton->setCheckable(true);
     toolBar->addWidget(m_AcquisitionButton);
     ShowAcquiring(false);
 
     m_Pages = new QTabWidget;
+    m_Pages->setObjectName(QStringLiteral("pages"));
     m_FeatureModel = new FeatureTableModel(this);
+    m_FeatureFilter = new QSortFilterProxyModel(this);
+    m_FeatureFilter->setSourceModel(m_FeatureModel);
+    m_FeatureFilter->setFilterKeyColumn(FeatureTableModel::NameColumn);
+    m_FeatureFilter->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    m_FeatureFilterEdit = new QLineEdit;
+    m_FeatureFilterEdit->setPlaceholderText(tr("Filter features by name"));
+    m_FeatureFilterEdit->setClearButtonEnabled(true);
+    connect(m_FeatureFilterEdit, SIGNAL(textChanged(QString)), m_FeatureFilter,
+            SLOT(setFilterFixedString(QString)));
     m_FeatureView = new QTableView;
-    m_FeatureView->setModel(m_FeatureModel);
+    m_FeatureView->setObjectName(QStringLiteral("features"));
+    m_FeatureView->setModel(m_FeatureFilter);
     m_FeatureView->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_FeatureView->verticalHeader()->hide();
+    // The range, often the longest text, takes what is left and is elided.
     m_FeatureView->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_FeatureView->horizontalHeader()->setStretchLastSection(true);
+    m_FeatureView->horizontalHeader()->setSectionResizeMode(FeatureTableModel::RangeColumn,
+                                                            QHeaderView::Stretch);
+
+    QWidget* featurePane = new QWidget;
+    QVBoxLayout* featureLayout = new QVBoxLayout(featurePane);
+    featureLayout->setContentsMargins(0, 0, 0, 0);
+    featureLayout->addWidget(m_FeatureFilterEdit);
+    featureLayout->addWidget(m_FeatureView);
 
     QSplitter* splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(m_Pages);
-    splitter->addWidget(m_FeatureView);
+    splitter->addWidget(featurePane);
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
+    splitter->setSizes({580, 700});
     setCentralWidget(splitter);
-    resize(1200, 960);
+    resize(1280, 960);
 
     m_RefreshTimer = new QTimer(this);
     m_RefreshTimer->setInterval(FeatureRefreshMs);

@@ -9,7 +9,9 @@
 
 class FeatureTableModel;
 class QComboBox;
+class QLineEdit;
 class QPushButton;
+class QSortFilterProxyModel;
 class QTabWidget;
 class QTableView;
 class QTimer;
@@ -17,7 +19,7 @@ class SimulatedCamera;
 
 // The viewer's main window: a camera selector and an acquisition button on
 // top, the tab extensions' pages for the opened camera on the left, and the
-// camera's features, as they are now, on the right. Each plug-in gets one
+// camera's features, as they are now, on the right, filtered by name. Each plug-in gets one
 // page per camera; closing the camera destroys the pages and with them the
 // tabs inside.
 class ViewerWindow : public QMainWindow
@@ -53,6 +55,8 @@ private:
     QPushButton* m_AcquisitionButton;
     QTabWidget* m_Pages;
     FeatureTableModel* m_FeatureModel;
+    QSortFilterProxyModel* m_FeatureFilter;
+    QLineEdit* m_FeatureFilterEdit;
     QTableView* m_FeatureView;
     QTimer* m_RefreshTimer;
 };

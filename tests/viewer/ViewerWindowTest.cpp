@@ -1,0 +1,134 @@
+#include "ViewerWindow.h"
+
+#include <TabExtensionInterface.h>
+
+#include <QComboBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTableView>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Stands in for a loaded plug-in: remembers the pages it was given and the
+// streaming states it was told, and declines with a chosen code.
+class FakeTabPlugin : public TabExtensionInterface
+{
+    Q_OBJECT
+
+public:
+    explicit FakeTabPlugin(qint32 result) : m_Result(result) {}
+
+    qint32 CreateTab(const QSharedPointer<FeatureVector>& features, QWidget* parent) override
+    {
+        pages << parent;
+        cameraFeatures = features->size();
+        if (m_Result == 0) {
+            parent->setAccessibleName(QStringLiteral("Fake tab"));
+        }
+        return m_Result;
+    }
+    qint32 ReservedQuery() override { return 0; }
+    bool ConnectStreamingSignal(QObject* sender, const char* signal) override
+    {
+        return connect(sender, signal, this, SLOT(OnStreaming(bool)));
+    }
+
+    QVector<QPointer<QWidget>> pages;
+    int cameraFeatures = 0;
+    QVector<bool> streaming;
+
+public slots:
+    void OnStreaming(bool acquiring) { streaming << acquiring; }
+
+private:
+    qint32 m_Result;
+};
+
+QString FeatureValue(ViewerWindow& window, const QString& name)
+{
+    const QAbstractItemModel* model = window.findChild<QTableView*>("features")->model();
+    const QModelIndexList found =
+        model->match(model->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly);
+    return found.isEmpty() ? QString() : found.first().siblingAtColumn(1).data().toString();
+}
+
+} // namespace
+
+TEST(ViewerWindow, PagesLiveAsLongAsTheirCamera)
+{
+    FakeTabPlugin accepting(0);
+    ViewerWindow window({LoadedTabPlugin{"libfake.so", &accepting}}, false);
+    QTabWidget* pages = window.findChild<QTabWidget*>("pages");
+
+    ASSERT_TRUE(window.OpenCamera("dsp"));
+    ASSERT_EQ(accepting.pages.size(), 1);
+    EXPECT_GT(accepting.cameraFeatures, 0);
+    ASSERT_EQ(pages->count(), 1);
+    EXPECT_EQ(pages->tabText(0), "Fake tab");
+    EXPECT_EQ(pages->widget(0), accepting.pages.at(0).data());
+    EXPECT_EQ(FeatureValue(window, "DSPSubregionTop").isEmpty(), false);
+
+    // Choosing the shown camera again keeps its page.
+    QComboBox* selector = window.findChild<QComboBox*>("cameraSelector");
+    emit selector->textActivated("dsp");
+    EXPECT_EQ(accepting.pages.size(), 1);
+    emit selector->textActivated("automode");
+    ASSERT_EQ(accepting.pages.size(), 2);
+    EXPECT_TRUE(accepting.pages.at(0).isNull());
+    EXPECT_FALSE(accepting.pages.at(1).isNull());
+    EXPECT_EQ(selector->currentText(), "automode");
+    EXPECT_TRUE(FeatureValue(window, "DSPSubregionTop").isEmpty());
+
+    EXPECT_FALSE(window.OpenCamera("mono"));
+    EXPECT_TRUE(accepting.pages.at(1).isNull());
+    EXPECT_EQ(pages->count(), 0);
+    EXPECT_TRUE(window.statusBar()->currentMessage().contains("mono"));
+}
+
+TEST(ViewerWindow, RefusalsAreShownAndAcquisitionReachesThePlugins)
+{
+    FakeTabPlugin declining(4);
+    FakeTabPlugin accepting(0);
+    ViewerWindow window(
+        {LoadedTabPlugin{"libno.so", &declining}, LoadedTabPlugin{"libyes.so", &accepting}}, false);
+    QTabWidget* pages = window.findChild<QTabWidget*>("pages");
+
+    ASSERT_TRUE(window.OpenCamera("autofunction"));
+    EXPECT_EQ(pages->count(), 1);
+    EXPECT_EQ(pages->tabText(0), "Fake tab");
+    EXPECT_TRUE(declining.pages.at(0).isNull());
+    EXPECT_EQ(window.statusBar()->currentMessage(),
+              "libno.so declined camera autofunction with code 4");
+
+    QPushButton* acquisition = window.findChild<QPushButton*>("acquisitionButton");
+    ASSERT_TRUE(acquisition->isEnabled());
+    acquisition->click();
+    EXPECT_EQ(accepting.streaming, QVector<bool>({true}));
+    EXPECT_EQ(declining.streaming, QVector<bool>({true}));
+    EXPECT_EQ(FeatureValue(window, "AcquisitionStatus"), "true");
+    EXPECT_EQ(acquisition->text(), "Stop acquisition");
+
+    // A new camera starts stopped, and the tabs hear of it before they go.
+    ASSERT_TRUE(window.OpenCamera("unsupported"));
+    EXPECT_EQ(accepting.streaming, QVector<bool>({true, false}));
+    EXPECT_EQ(FeatureValue(window, "AcquisitionStatus"), "false");
+    EXPECT_FALSE(acquisition->isChecked());
+    EXPECT_EQ(acquisition->text(), "Start acquisition");
+}
+
+TEST(ViewerWindow, ACameraThatEveryPluginDeclinesGetsAPlaceholder)
+{
+    FakeTabPlugin declining(7);
+    ViewerWindow window({LoadedTabPlugin{"libno.so", &declining}}, false);
+    ASSERT_TRUE(window.OpenCamera("dsp"));
+    QTabWidget* pages = window.findChild<QTabWidget*>("pages");
+    ASSERT_EQ(pages->count(), 1);
+    EXPECT_EQ(pages->tabText(0), "None");
+    EXPECT_TRUE(window.statusBar()->currentMessage().endsWith("with code 7"));
+}
+
+#include "ViewerWindowTest.moc"
