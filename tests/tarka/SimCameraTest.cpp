@@ -9,6 +9,7 @@
 #include <functional>
 #include <future>
 #include <mutex>
+#include <stdexcept>
 #include <thread>
 
 using namespace KST::TrkAPI;
@@ -260,7 +261,9 @@ TEST_F(SimCameraTest, NotificationsComeFromAnotherThreadForTheWrittenAndTheChang
     // A refused write notifies nobody; an unchanged value written is notified.
     EXPECT_NE(0, F("Width")->SetValue(321LL));
     EXPECT_EQ(0, F("Width")->SetValue(320LL));
-    m_Camera.SetFromCamera("Gamma", 1.5);
+    m_Camera.SetFromCamera("Gamma", 2);
+    EXPECT_DOUBLE_EQ(2.0, m_Camera.FloatValue("Gamma"));
+    EXPECT_THROW(m_Camera.SetFromCamera("Gamma", "text"), std::invalid_argument);
     m_Camera.WaitForNotifications();
     EXPECT_EQ(2u, width.raw->Names().size());
     EXPECT_EQ(1u, offset.raw->Names().size());

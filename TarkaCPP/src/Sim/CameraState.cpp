@@ -75,8 +75,14 @@ TrkErrorType CameraState::Enter(size_t index, Op op)
 void CameraState::Apply(const Rule& change, size_t written)
 {
     CameraAccess access(*this);
-    change(access);
-    RunRules();
+    try {
+        change(access);
+        RunRules();
+    } catch (...) {
+        // A change naming a feature wrongly leaves nothing for the next one.
+        m_Touched.clear();
+        throw;
+    }
     QueueTouched(written);
 }
 

@@ -253,7 +253,13 @@ void Camera::SetFromCamera(const std::string& name, int value)
 
 void Camera::SetFromCamera(const std::string& name, long long value)
 {
-    ChangeAndNotify(name, [&](CameraAccess& access) { access.SetInt(name, value); });
+    ChangeAndNotify(name, [&](CameraAccess& access) {
+        if (access.Type(name) == TrkFeatureDataFloat) {
+            access.SetFloat(name, static_cast<double>(value));
+        } else {
+            access.SetInt(name, value);
+        }
+    });
 }
 
 void Camera::SetFromCamera(const std::string& name, double value)

@@ -156,7 +156,8 @@ public:
     std::string TextValue(const std::string& name) const;
 
     // Changing as the camera does: no range, grid or writability check; the
-    // rules run afterwards and every feature that changed is notified.
+    // rules run afterwards and every feature that changed is notified. A
+    // whole number may go to a floating feature as well.
     void SetFromCamera(const std::string& name, int value);
     void SetFromCamera(const std::string& name, long long value);
     void SetFromCamera(const std::string& name, double value);
