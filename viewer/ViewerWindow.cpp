@@ -76,10 +76,13 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     m_FeatureView->setModel(m_FeatureFilter);
     m_FeatureView->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_FeatureView->verticalHeader()->hide();
-    // The range, often the longest text, takes what is left and is elided.
-    m_FeatureView->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_FeatureView->horizontalHeader()->setSectionResizeMode(FeatureTableModel::RangeColumn,
-                                                            QHeaderView::Stretch);
+    // Values and ranges can be long: the value column has a fixed start
+    // width the user can change, and the range takes what is left.
+    QHeaderView* header = m_FeatureView->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(FeatureTableModel::ValueColumn, QHeaderView::Interactive);
+    header->resizeSection(FeatureTableModel::ValueColumn, 150);
+    header->setSectionResizeMode(FeatureTableModel::RangeColumn, QHeaderView::Stretch);
 
     QWidget* featurePane = new QWidget;
     QVBoxLayout* featureLayout = new QVBoxLayout(featurePane);
@@ -92,9 +95,9 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     splitter->addWidget(featurePane);
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({580, 700});
+    splitter->setSizes({580, 860});
     setCentralWidget(splitter);
-    resize(1280, 960);
+    resize(1440, 960);
 
     m_RefreshTimer = new QTimer(this);
     m_RefreshTimer->setInterval(FeatureRefreshMs);
