@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-    build-essential cmake
+    build-essential cmake git clang-format
     qtbase5-dev qtbase5-dev-tools qttools5-dev-tools
     libgtest-dev libgmock-dev libbenchmark-dev
     fontconfig fonts-dejavu-core
