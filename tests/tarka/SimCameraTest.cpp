@@ -314,29 +314,66 @@ TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgress)
     EXPECT_EQ(0, m_Camera.ObserverCount("Gamma"));
 }
 
-TEST_F(SimCameraTest, InjectedFailuresAndCallCounts)
+TEST_F(SimCameraTest, EachOperationCountsAndFailsUnderItsOwnName)
 {
-    m_Camera.ResetCalls();
-    m_Camera.SetFailure("Width", Op::GetValue, -7);
+    typedef std::function<TrkErrorType(const FeaturePtr&)> Call;
+    unsigned int length = 0;
+    long long integer = 0;
+    bool flag = false;
+    TrkFeatureDataType type = TrkFeatureDataUnknown;
+    Observed observer;
+    ASSERT_EQ(0, F("Enable")->RegisterObserver(observer.ptr));
+    const struct
+    {
+        const char* name;
+        Op op;
+        Call call;
+    } operations[] = {
+        {"Width", Op::GetName, [&](const FeaturePtr& f) { return f->GetName(nullptr, length); }},
+        {"Width", Op::GetDisplayName,
+         [&](const FeaturePtr& f) { return f->GetDisplayName(nullptr, length); }},
+        {"Width", Op::GetCategory,
+         [&](const FeaturePtr& f) { return f->GetCategory(nullptr, length); }},
+        {"Width", Op::GetDataType, [&](const FeaturePtr& f) { return f->GetDataType(type); }},
+        {"Width", Op::IsWritable, [&](const FeaturePtr& f) { return f->IsWritable(flag); }},
+        {"Width", Op::GetValue, [&](const FeaturePtr& f) { return f->GetValue(integer); }},
+        {"Mode", Op::GetValues, [&](const FeaturePtr& f) { return f->GetValues(nullptr, length); }},
+        {"Mode", Op::IsValueAvailable,
+         [&](const FeaturePtr& f) { return f->IsValueAvailable("Once", flag); }},
+        {"Width", Op::GetRange, [&](const FeaturePtr& f) { return f->GetRange(integer, integer); }},
+        {"Width", Op::GetIncrement, [&](const FeaturePtr& f) { return f->GetIncrement(integer); }},
+        {"Width", Op::SetValue, [&](const FeaturePtr& f) { return f->SetValue(648LL); }},
+        {"Start", Op::RunCommand, [&](const FeaturePtr& f) { return f->RunCommand(); }},
+        {"Gamma", Op::RegisterObserver,
+         [&](const FeaturePtr& f) { return f->RegisterObserver(observer.ptr); }},
+        {"Enable", Op::UnregisterObserver,
+         [&](const FeaturePtr& f) { return f->UnregisterObserver(observer.ptr); }},
+    };
+    for (const auto& operation : operations) {
+        SCOPED_TRACE(operation.name + std::string(" ") + std::to_string(int(operation.op)));
+        m_Camera.ResetCalls();
+        m_Camera.SetFailure(operation.name, operation.op, -7);
+        EXPECT_EQ(-7, operation.call(F(operation.name)));
+        m_Camera.ClearFailure(operation.name, operation.op);
+        EXPECT_EQ(0, operation.call(F(operation.name)));
+        int total = 0;
+        for (int op = 0; op <= int(Op::UnregisterObserver); ++op) {
+            total += m_Camera.TotalCalls(Op(op));
+        }
+        EXPECT_EQ(2, m_Camera.Calls(operation.name, operation.op));
+        EXPECT_EQ(2, total);
+    }
+    EXPECT_EQ(1, m_Camera.ObserverCount("Gamma"));
+    EXPECT_EQ(0, m_Camera.ObserverCount("Enable"));
+
+    // A failed write stores nothing; clearing all failures lifts each of them.
     m_Camera.SetFailure("Width", Op::SetValue);
-    long long value = 0;
-    EXPECT_EQ(-7, F("Width")->GetValue(value));
-    EXPECT_NE(0, F("Width")->SetValue(648LL));
-    EXPECT_EQ(640, m_Camera.IntValue("Width"));
-    EXPECT_EQ(0, F("RegionWidth")->GetValue(value));
-
-    m_Camera.ClearFailure("Width", Op::GetValue);
-    EXPECT_EQ(0, F("Width")->GetValue(value));
-    EXPECT_NE(0, F("Width")->SetValue(648LL));
+    m_Camera.SetFailure("Width", Op::GetValue);
+    EXPECT_NE(0, F("Width")->SetValue(656LL));
+    EXPECT_EQ(648, m_Camera.IntValue("Width"));
     m_Camera.ClearFailures();
-    EXPECT_EQ(0, F("Width")->SetValue(648LL));
-
-    EXPECT_EQ(2, m_Camera.Calls("Width", Op::GetValue));
-    EXPECT_EQ(3, m_Camera.Calls("Width", Op::SetValue));
-    EXPECT_EQ(3, m_Camera.TotalCalls(Op::GetValue));
-    EXPECT_EQ(0, m_Camera.TotalCalls(Op::GetName));
-    m_Camera.ResetCalls();
-    EXPECT_EQ(0, m_Camera.TotalCalls(Op::SetValue));
+    EXPECT_EQ(0, F("Width")->GetValue(integer));
+    EXPECT_EQ(0, F("Width")->SetValue(656LL));
 }
 
 TEST(SimCameraLifetimeTest, FeaturesStayUsableAfterTheCamera)

@@ -110,20 +110,20 @@ public:
     void QueueTouched(size_t written);
     void Queue(size_t index);
 
-    // Writes through a feature: counted, failure-injected, refused when read
-    // only or when check rejects it (for its type or value), then stored
-    // and applied as above.
+    // Writes through a feature: counted and failure-injected under op,
+    // refused when check rejects it (for its type or value) or when read
+    // only, then stored and applied as above.
     template <class Check, class Store>
-    TrkErrorType Write(size_t index, Check check, Store store);
+    TrkErrorType Write(size_t index, Op op, Check check, Store store);
 
     static const size_t NoFeature = static_cast<size_t>(-1);
 };
 
 template <class Check, class Store>
-TrkErrorType CameraState::Write(size_t index, Check check, Store store)
+TrkErrorType CameraState::Write(size_t index, Op op, Check check, Store store)
 {
     std::unique_lock<std::mutex> lock(m_Lock);
-    if (TrkErrorType code = Enter(index, Op::SetValue)) {
+    if (TrkErrorType code = Enter(index, op)) {
         return code;
     }
     FeatureEntry& entry = *m_Entries[index];

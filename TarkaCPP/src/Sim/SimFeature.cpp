@@ -218,7 +218,7 @@ TrkErrorType SimFeature::SetValue(long long const& value)
 {
     long long written = value;
     return m_State->Write(
-        m_Index,
+        m_Index, Op::SetValue,
         [&](const FeatureEntry& entry) -> TrkErrorType {
             if (TrkErrorType code = CheckType(entry, TrkFeatureDataInt)) {
                 return code;
@@ -238,7 +238,7 @@ TrkErrorType SimFeature::SetValue(double const& value)
 {
     double written = value;
     return m_State->Write(
-        m_Index,
+        m_Index, Op::SetValue,
         [&](const FeatureEntry& entry) -> TrkErrorType {
             if (TrkErrorType code = CheckType(entry, TrkFeatureDataFloat)) {
                 return code;
@@ -254,7 +254,7 @@ TrkErrorType SimFeature::SetValue(double const& value)
 TrkErrorType SimFeature::SetValue(bool value)
 {
     return m_State->Write(
-        m_Index,
+        m_Index, Op::SetValue,
         [&](const FeatureEntry& entry) -> TrkErrorType {
             return CheckType(entry, TrkFeatureDataBool);
         },
@@ -264,7 +264,7 @@ TrkErrorType SimFeature::SetValue(bool value)
 TrkErrorType SimFeature::SetValue(char const* value)
 {
     return m_State->Write(
-        m_Index,
+        m_Index, Op::SetValue,
         [&](const FeatureEntry& entry) -> TrkErrorType {
             if (!IsText(entry)) {
                 return ErrorWrongType;
@@ -288,7 +288,7 @@ TrkErrorType SimFeature::SetValue(char const* value)
 TrkErrorType SimFeature::RunCommand()
 {
     return m_State->Write(
-        m_Index,
+        m_Index, Op::RunCommand,
         [&](const FeatureEntry& entry) -> TrkErrorType {
             return CheckType(entry, TrkFeatureDataCommand);
         },
