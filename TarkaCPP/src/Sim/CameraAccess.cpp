@@ -10,21 +10,47 @@ namespace Sim {
 
 namespace {
 
-long long TopOfIntGrid(const FeatureEntry& entry)
+// Stores value, and records the change if it is one.
+template <class T>
+void Store(CameraState& state, FeatureEntry& entry, T& field, const T& value)
 {
-    if (entry.intIncrement <= 0) {
-        return entry.intMax;
+    if (field != value) {
+        field = value;
+        state.Touch(entry);
     }
-    return entry.intMin + (entry.intMax - entry.intMin) / entry.intIncrement * entry.intIncrement;
 }
 
-double TopOfFloatGrid(const FeatureEntry& entry)
+long long TopOfGrid(const Number<long long>& number)
 {
-    if (entry.floatIncrement <= 0.0) {
-        return entry.floatMax;
+    if (number.increment <= 0) {
+        return number.max;
     }
-    double steps = std::floor((entry.floatMax - entry.floatMin) / entry.floatIncrement + 1e-9);
-    return std::min(entry.floatMax, entry.floatMin + steps * entry.floatIncrement);
+    return number.min + (number.max - number.min) / number.increment * number.increment;
+}
+
+double TopOfGrid(const Number<double>& number)
+{
+    if (number.increment <= 0.0) {
+        return number.max;
+    }
+    double steps = std::floor((number.max - number.min) / number.increment + 1e-9);
+    return std::min(number.max, number.min + steps * number.increment);
+}
+
+template <class T>
+void StoreRange(CameraState& state, FeatureEntry& entry, Number<T>& number, T min, T max)
+{
+    if (number.min == min && number.max == max) {
+        return;
+    }
+    number.min = min;
+    number.max = max;
+    state.Touch(entry);
+    if (number.value < min) {
+        number.value = min;
+    } else if (number.value > max) {
+        number.value = TopOfGrid(number);
+    }
 }
 
 } // namespace
@@ -41,37 +67,37 @@ TrkFeatureDataType CameraAccess::Type(const std::string& name) const
 
 long long CameraAccess::Int(const std::string& name) const
 {
-    return m_State.Entry(name, TrkFeatureDataInt).intValue;
+    return m_State.Entry(name, TrkFeatureDataInt).integer.value;
 }
 
 long long CameraAccess::IntMin(const std::string& name) const
 {
-    return m_State.Entry(name, TrkFeatureDataInt).intMin;
+    return m_State.Entry(name, TrkFeatureDataInt).integer.min;
 }
 
 long long CameraAccess::IntMax(const std::string& name) const
 {
-    return m_State.Entry(name, TrkFeatureDataInt).intMax;
+    return m_State.Entry(name, TrkFeatureDataInt).integer.max;
 }
 
 long long CameraAccess::IntIncrement(const std::string& name) const
 {
-    return m_State.Entry(name, TrkFeatureDataInt).intIncrement;
+    return m_State.Entry(name, TrkFeatureDataInt).integer.increment;
 }
 
 double CameraAccess::Float(const std::string& name) const
 {
-    return m_State.Entry(name, TrkFeatureDataFloat).floatValue;
+    return m_State.Entry(name, TrkFeatureDataFloat).real.value;
 }
 
 double CameraAccess::FloatMin(const std::string& name) const
 {
-    return m_State.Entry(name, TrkFeatureDataFloat).floatMin;
+    return m_State.Entry(name, TrkFeatureDataFloat).real.min;
 }
 
 double CameraAccess::FloatMax(const std::string& name) const
 {
-    return m_State.Entry(name, TrkFeatureDataFloat).floatMax;
+    return m_State.Entry(name, TrkFeatureDataFloat).real.max;
 }
 
 bool CameraAccess::Bool(const std::string& name) const
@@ -87,78 +113,43 @@ std::string CameraAccess::Text(const std::string& name) const
 void CameraAccess::SetInt(const std::string& name, long long value)
 {
     FeatureEntry& entry = m_State.Entry(name, TrkFeatureDataInt);
-    if (entry.intValue != value) {
-        entry.intValue = value;
-        m_State.Touch(entry);
-    }
+    Store(m_State, entry, entry.integer.value, value);
 }
 
 void CameraAccess::SetFloat(const std::string& name, double value)
 {
     FeatureEntry& entry = m_State.Entry(name, TrkFeatureDataFloat);
-    if (entry.floatValue != value) {
-        entry.floatValue = value;
-        m_State.Touch(entry);
-    }
+    Store(m_State, entry, entry.real.value, value);
 }
 
 void CameraAccess::SetBool(const std::string& name, bool value)
 {
     FeatureEntry& entry = m_State.Entry(name, TrkFeatureDataBool);
-    if (entry.boolValue != value) {
-        entry.boolValue = value;
-        m_State.Touch(entry);
-    }
+    Store(m_State, entry, entry.boolValue, value);
 }
 
 void CameraAccess::SetText(const std::string& name, const std::string& value)
 {
     FeatureEntry& entry = m_State.Entry(name, TrkFeatureDataEnum, TrkFeatureDataString);
-    if (entry.text != value) {
-        entry.text = value;
-        m_State.Touch(entry);
-    }
+    Store(m_State, entry, entry.text, value);
 }
 
 void CameraAccess::SetIntRange(const std::string& name, long long min, long long max)
 {
     FeatureEntry& entry = m_State.Entry(name, TrkFeatureDataInt);
-    if (entry.intMin == min && entry.intMax == max) {
-        return;
-    }
-    entry.intMin = min;
-    entry.intMax = max;
-    m_State.Touch(entry);
-    if (entry.intValue < min) {
-        entry.intValue = min;
-    } else if (entry.intValue > max) {
-        entry.intValue = TopOfIntGrid(entry);
-    }
+    StoreRange(m_State, entry, entry.integer, min, max);
 }
 
 void CameraAccess::SetFloatRange(const std::string& name, double min, double max)
 {
     FeatureEntry& entry = m_State.Entry(name, TrkFeatureDataFloat);
-    if (entry.floatMin == min && entry.floatMax == max) {
-        return;
-    }
-    entry.floatMin = min;
-    entry.floatMax = max;
-    m_State.Touch(entry);
-    if (entry.floatValue < min) {
-        entry.floatValue = min;
-    } else if (entry.floatValue > max) {
-        entry.floatValue = TopOfFloatGrid(entry);
-    }
+    StoreRange(m_State, entry, entry.real, min, max);
 }
 
 void CameraAccess::SetWritable(const std::string& name, bool writable)
 {
     FeatureEntry& entry = m_State.Entry(name);
-    if (entry.writable != writable) {
-        entry.writable = writable;
-        m_State.Touch(entry);
-    }
+    Store(m_State, entry, entry.writable, writable);
 }
 
 void CameraAccess::SetEntryAvailable(const std::string& name, const std::string& entryName,

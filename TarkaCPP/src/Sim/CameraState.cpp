@@ -43,19 +43,18 @@ FeatureEntry& CameraState::Entry(const std::string& name, TrkFeatureDataType typ
     return entry;
 }
 
-FeatureEntry& CameraState::Add(const std::string& name, TrkFeatureDataType type)
+void CameraState::Add(const FeatureSpec& spec)
 {
-    if (IndexOf(name) != NoFeature) {
-        throw std::invalid_argument("feature " + name + " exists already");
+    if (IndexOf(spec.name) != NoFeature) {
+        throw std::invalid_argument("feature " + spec.name + " exists already");
     }
     std::unique_ptr<FeatureEntry> entry(new FeatureEntry);
-    entry->name = name;
-    entry->displayName = name;
-    entry->category = "/";
-    entry->type = type;
-    m_Index[name] = m_Entries.size();
+    static_cast<FeatureSpec&>(*entry) = spec;
+    if (entry->displayName.empty()) {
+        entry->displayName = spec.name;
+    }
+    m_Index[spec.name] = m_Entries.size();
     m_Entries.push_back(std::move(entry));
-    return *m_Entries.back();
 }
 
 void CameraState::Touch(const FeatureEntry& entry)

@@ -1,7 +1,7 @@
 #ifndef TARKACPP_SIM_CAMERASTATE_H
 #define TARKACPP_SIM_CAMERASTATE_H
 
-#include <TarkaCPP/Sim/SimCamera.h>
+#include "FeatureSpec.h"
 
 #include <array>
 #include <chrono>
@@ -21,28 +21,11 @@ namespace Sim {
 
 const int OpCount = static_cast<int>(Op::UnregisterObserver) + 1;
 
-// Everything a camera knows about one feature.
-struct FeatureEntry
+// Everything a camera knows about one feature: its description with the
+// current values, and what changes at run time besides.
+struct FeatureEntry : FeatureSpec
 {
-    std::string name;
-    std::string displayName;
-    std::string category;
-    TrkFeatureDataType type = TrkFeatureDataUnknown;
-    bool writable = true;
-
-    long long intValue = 0;
-    long long intMin = 0;
-    long long intMax = 0;
-    long long intIncrement = 0;
-    double floatValue = 0.0;
-    double floatMin = 0.0;
-    double floatMax = 0.0;
-    double floatIncrement = 0.0;
-    bool boolValue = false;
-    std::string text;
-    std::vector<std::string> entries;
     std::set<std::string> unavailable;
-
     std::vector<IFeatureObserverPtr> observers;
     Rule commandAction;
     std::array<int, OpCount> calls{};
@@ -97,7 +80,7 @@ public:
     FeatureEntry& Entry(const std::string& name);
     FeatureEntry& Entry(const std::string& name, TrkFeatureDataType type);
     FeatureEntry& Entry(const std::string& name, TrkFeatureDataType type, TrkFeatureDataType alt);
-    FeatureEntry& Add(const std::string& name, TrkFeatureDataType type);
+    void Add(const FeatureSpec& spec);
     void Touch(const FeatureEntry& entry);
 
     // Counts the call and tells the injected failure, if any.

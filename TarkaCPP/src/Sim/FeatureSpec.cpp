@@ -37,49 +37,13 @@ std::string DisplayNameOf(const std::string& name)
     return result;
 }
 
-void AddFeature(Camera& camera, const FeatureSpec& spec)
-{
-    switch (spec.type) {
-    case TrkFeatureDataInt:
-        camera.AddInteger(spec.name, spec.intValue, spec.intMin, spec.intMax, spec.intIncrement);
-        break;
-    case TrkFeatureDataFloat:
-        camera.AddFloat(spec.name, spec.floatValue, spec.floatMin, spec.floatMax,
-                        spec.floatIncrement);
-        break;
-    case TrkFeatureDataBool:
-        camera.AddBool(spec.name, spec.boolValue);
-        break;
-    case TrkFeatureDataEnum:
-        camera.AddEnum(spec.name, spec.entries, spec.text);
-        break;
-    case TrkFeatureDataString:
-        camera.AddString(spec.name, spec.text);
-        break;
-    case TrkFeatureDataCommand:
-        camera.AddCommand(spec.name);
-        break;
-    default:
-        camera.AddRaw(spec.name);
-        break;
-    }
-    camera.SetCategory(spec.name, spec.category);
-    camera.SetDisplayName(spec.name, DisplayNameOf(spec.name));
-    if (!spec.writable) {
-        camera.SetWritable(spec.name, false);
-    }
-}
-
 } // namespace
 
 FeatureSpec IntSpec(const std::string& category, const std::string& name, long long value,
                     long long min, long long max, long long increment)
 {
     FeatureSpec spec = Spec(category, name, TrkFeatureDataInt);
-    spec.intValue = value;
-    spec.intMin = min;
-    spec.intMax = max;
-    spec.intIncrement = increment;
+    spec.integer = {value, min, max, increment};
     return spec;
 }
 
@@ -87,10 +51,7 @@ FeatureSpec FloatSpec(const std::string& category, const std::string& name, doub
                       double min, double max, double increment)
 {
     FeatureSpec spec = Spec(category, name, TrkFeatureDataFloat);
-    spec.floatValue = value;
-    spec.floatMin = min;
-    spec.floatMax = max;
-    spec.floatIncrement = increment;
+    spec.real = {value, min, max, increment};
     return spec;
 }
 
@@ -125,7 +86,7 @@ FeatureSpec CommandSpec(const std::string& category, const std::string& name)
 
 FeatureSpec RawSpec(const std::string& category, const std::string& name)
 {
-    return Spec(category, name, TrkFeatureDataRaw);
+    return ReadOnly(Spec(category, name, TrkFeatureDataRaw));
 }
 
 FeatureSpec ReadOnly(FeatureSpec spec)
@@ -136,8 +97,9 @@ FeatureSpec ReadOnly(FeatureSpec spec)
 
 void AddFeatures(Camera& camera, const FeatureSpecs& specs)
 {
-    for (const FeatureSpec& spec : specs) {
-        AddFeature(camera, spec);
+    for (FeatureSpec spec : specs) {
+        spec.displayName = DisplayNameOf(spec.name);
+        camera.Add(spec);
     }
 }
 

@@ -10,24 +10,32 @@ namespace KST {
 namespace TrkAPI {
 namespace Sim {
 
-// The description of one feature of a ready-made camera, so that cameras
-// can be assembled from lists in any order.
+// The value of a numeric feature with its inclusive bounds and its step,
+// counted from the minimum; a step of 0 or less means none.
+template <class T>
+struct Number
+{
+    T value = 0;
+    T min = 0;
+    T max = 0;
+    T increment = 0;
+};
+
+// The description of one feature, from which a camera adds it, so that
+// cameras can be assembled from lists in any order.
 struct FeatureSpec
 {
     std::string category;
     std::string name;
+    // Empty text shows the name.
+    std::string displayName;
     TrkFeatureDataType type = TrkFeatureDataUnknown;
     bool writable = true;
-    long long intValue = 0;
-    long long intMin = 0;
-    long long intMax = 0;
-    long long intIncrement = 0;
-    double floatValue = 0.0;
-    double floatMin = 0.0;
-    double floatMax = 0.0;
-    double floatIncrement = 0.0;
+    Number<long long> integer;
+    Number<double> real;
     bool boolValue = false;
     std::vector<std::string> entries;
+    // The value of an enumeration or string feature.
     std::string text;
 };
 

@@ -190,42 +190,52 @@ FeatureSpecs EventFeatures()
     return specs;
 }
 
-FeatureSpecs LineFeatures()
+// The features of count numbered units such as "Line1" to "Line4", each in a
+// category of its own below parent; make gives a unit's features from its
+// category, its name and its number.
+template <class Make>
+FeatureSpecs Units(const std::string& parent, const std::string& unit, int count, Make make)
 {
     FeatureSpecs specs;
-    for (int line = 1; line <= 4; ++line) {
-        const std::string name = "Line" + std::to_string(line);
-        const std::string c = "/DigitalIOControl/" + name;
-        Append(specs,
-               {EnumSpec(c, name + "Mode", {"Input", "Output"}, line <= 2 ? "Input" : "Output"),
-                BoolSpec(c, name + "Inverter", false),
-                ReadOnly(BoolSpec(c, name + "Status", false)),
-                EnumSpec(c, name + "Source", SignalSources, "Off"),
-                FloatSpec(c, name + "DebounceTime", 0.0, 0.0, 1000000.0)});
+    for (int index = 1; index <= count; ++index) {
+        const std::string name = unit + std::to_string(index);
+        Append(specs, make(parent + "/" + name, name, index));
     }
     return specs;
 }
 
+FeatureSpecs LineFeatures()
+{
+    return Units("/DigitalIOControl", "Line", 4,
+                 [](const std::string& c, const std::string& line, int index) -> FeatureSpecs {
+                     return {EnumSpec(c, line + "Mode", {"Input", "Output"},
+                                      index <= 2 ? "Input" : "Output"),
+                             BoolSpec(c, line + "Inverter", false),
+                             ReadOnly(BoolSpec(c, line + "Status", false)),
+                             EnumSpec(c, line + "Source", SignalSources, "Off"),
+                             FloatSpec(c, line + "DebounceTime", 0.0, 0.0, 1000000.0)};
+                 });
+}
+
 FeatureSpecs TimerAndCounterFeatures()
 {
-    FeatureSpecs specs;
-    for (int index = 1; index <= 4; ++index) {
-        const std::string timer = "Timer" + std::to_string(index);
-        const std::string c = "/CounterAndTimerControl/" + timer;
-        Append(specs, {FloatSpec(c, timer + "Delay", 0.0, 0.0, 60000000.0),
-                       FloatSpec(c, timer + "Duration", 0.0, 0.0, 60000000.0),
-                       EnumSpec(c, timer + "TriggerSource", SignalSources, "Off"),
-                       EnumSpec(c, timer + "TriggerActivation", EdgeActivations, "RisingEdge"),
-                       CommandSpec(c, timer + "Reset")});
-    }
-    for (int index = 1; index <= 4; ++index) {
-        const std::string counter = "Counter" + std::to_string(index);
-        const std::string c = "/CounterAndTimerControl/" + counter;
-        Append(specs, {EnumSpec(c, counter + "EventSource", SignalSources, "Off"),
-                       ReadOnly(IntSpec(c, counter + "Value", 0, 0, 4294967295LL)),
-                       IntSpec(c, counter + "Duration", 1, 1, 4294967295LL),
-                       CommandSpec(c, counter + "Reset")});
-    }
+    const std::string parent = "/CounterAndTimerControl";
+    FeatureSpecs specs =
+        Units(parent, "Timer", 4, [](const std::string& c, const std::string& timer, int) {
+            return FeatureSpecs{
+                FloatSpec(c, timer + "Delay", 0.0, 0.0, 60000000.0),
+                FloatSpec(c, timer + "Duration", 0.0, 0.0, 60000000.0),
+                EnumSpec(c, timer + "TriggerSource", SignalSources, "Off"),
+                EnumSpec(c, timer + "TriggerActivation", EdgeActivations, "RisingEdge"),
+                CommandSpec(c, timer + "Reset")};
+        });
+    Append(specs,
+           Units(parent, "Counter", 4, [](const std::string& c, const std::string& counter, int) {
+               return FeatureSpecs{EnumSpec(c, counter + "EventSource", SignalSources, "Off"),
+                                   ReadOnly(IntSpec(c, counter + "Value", 0, 0, 4294967295LL)),
+                                   IntSpec(c, counter + "Duration", 1, 1, 4294967295LL),
+                                   CommandSpec(c, counter + "Reset")};
+           }));
     return specs;
 }
 

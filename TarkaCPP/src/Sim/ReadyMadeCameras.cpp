@@ -148,20 +148,25 @@ Family UnsupportedFamily()
     return family;
 }
 
-Family FamilyNamed(const std::string& name, bool& known)
+struct NamedFamily
 {
-    known = true;
-    if (name == "autofunction") {
-        return AutofunctionFamily();
+    const char* name;
+    Family (*make)();
+};
+
+const NamedFamily Families[] = {{"autofunction", AutofunctionFamily},
+                                {"automode", AutoModeFamily},
+                                {"dsp", DspFamily},
+                                {"unsupported", UnsupportedFamily}};
+
+const NamedFamily* FindFamily(const std::string& name)
+{
+    for (const NamedFamily& family : Families) {
+        if (name == family.name) {
+            return &family;
+        }
     }
-    if (name == "automode") {
-        return AutoModeFamily();
-    }
-    if (name == "dsp") {
-        return DspFamily();
-    }
-    known = name == "unsupported";
-    return UnsupportedFamily();
+    return nullptr;
 }
 
 void InsertBefore(FeatureSpecs& specs, const std::string& category, const FeatureSpecs& block)
@@ -217,23 +222,26 @@ std::unique_ptr<Camera> MakeUnsupportedCamera()
 
 std::vector<std::string> CameraNames()
 {
-    return {"autofunction", "automode", "dsp", "unsupported"};
+    std::vector<std::string> names;
+    for (const NamedFamily& family : Families) {
+        names.push_back(family.name);
+    }
+    return names;
 }
 
 std::unique_ptr<Camera> MakeCamera(const std::string& name)
 {
-    bool known = false;
-    Family family = FamilyNamed(name, known);
-    return known ? AssembleAmongOthers(family) : nullptr;
+    const NamedFamily* family = FindFamily(name);
+    return family ? AssembleAmongOthers(family->make()) : nullptr;
 }
 
 std::unique_ptr<Camera> MakeCamera(const std::string& name, int otherFeatures)
 {
-    bool known = false;
-    Family family = FamilyNamed(name, known);
-    if (!known) {
+    const NamedFamily* named = FindFamily(name);
+    if (!named) {
         return nullptr;
     }
+    Family family = named->make();
     FeatureSpecs specs = FillerFeatures(otherFeatures);
     for (const FeatureSpecs& block : {ImageFeatures(), family.exposure, family.region}) {
         specs.insert(specs.end(), block.begin(), block.end());

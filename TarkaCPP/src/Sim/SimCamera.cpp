@@ -108,63 +108,49 @@ void Camera::RunNotifier()
     }
 }
 
-void Camera::AddFeature(const std::string& name, TrkFeatureDataType type,
-                        const std::function<void(FeatureEntry&)>& fill)
+void Camera::Add(const FeatureSpec& spec)
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
-    fill(m_State->Add(name, type));
+    m_State->Add(spec);
     m_Features.push_back(FeaturePtr(new SimFeature(m_State, m_Features.size())));
 }
 
 void Camera::AddInteger(const std::string& name, long long value, long long min, long long max,
                         long long increment)
 {
-    AddFeature(name, TrkFeatureDataInt, [&](FeatureEntry& entry) {
-        entry.intValue = value;
-        entry.intMin = min;
-        entry.intMax = max;
-        entry.intIncrement = increment;
-    });
+    Add(IntSpec("/", name, value, min, max, increment));
 }
 
 void Camera::AddFloat(const std::string& name, double value, double min, double max,
                       double increment)
 {
-    AddFeature(name, TrkFeatureDataFloat, [&](FeatureEntry& entry) {
-        entry.floatValue = value;
-        entry.floatMin = min;
-        entry.floatMax = max;
-        entry.floatIncrement = increment;
-    });
+    Add(FloatSpec("/", name, value, min, max, increment));
 }
 
 void Camera::AddBool(const std::string& name, bool value)
 {
-    AddFeature(name, TrkFeatureDataBool, [&](FeatureEntry& entry) { entry.boolValue = value; });
+    Add(BoolSpec("/", name, value));
 }
 
 void Camera::AddEnum(const std::string& name, const std::vector<std::string>& entries,
                      const std::string& current)
 {
-    AddFeature(name, TrkFeatureDataEnum, [&](FeatureEntry& entry) {
-        entry.entries = entries;
-        entry.text = current;
-    });
+    Add(EnumSpec("/", name, entries, current));
 }
 
 void Camera::AddString(const std::string& name, const std::string& value)
 {
-    AddFeature(name, TrkFeatureDataString, [&](FeatureEntry& entry) { entry.text = value; });
+    Add(StringSpec("/", name, value));
 }
 
 void Camera::AddCommand(const std::string& name)
 {
-    AddFeature(name, TrkFeatureDataCommand, [](FeatureEntry&) {});
+    Add(CommandSpec("/", name));
 }
 
 void Camera::AddRaw(const std::string& name)
 {
-    AddFeature(name, TrkFeatureDataRaw, [](FeatureEntry& entry) { entry.writable = false; });
+    Add(RawSpec("/", name));
 }
 
 void Camera::SetDisplayName(const std::string& name, const std::string& displayName)
@@ -194,8 +180,7 @@ void Camera::AddRule(const Rule& rule)
     {
         std::lock_guard<std::mutex> lock(m_State->m_Lock);
         m_State->m_Rules.push_back(rule);
-        m_State->RunRules();
-        m_State->QueueTouched(CameraState::NoFeature);
+        m_State->Apply([](CameraAccess&) {}, CameraState::NoFeature);
     }
     m_State->m_Signal.notify_all();
 }
@@ -225,13 +210,13 @@ bool Camera::Has(const std::string& name) const
 long long Camera::IntValue(const std::string& name) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
-    return m_State->Entry(name, TrkFeatureDataInt).intValue;
+    return m_State->Entry(name, TrkFeatureDataInt).integer.value;
 }
 
 double Camera::FloatValue(const std::string& name) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
-    return m_State->Entry(name, TrkFeatureDataFloat).floatValue;
+    return m_State->Entry(name, TrkFeatureDataFloat).real.value;
 }
 
 bool Camera::BoolValue(const std::string& name) const

@@ -43,15 +43,45 @@ bool HasEntry(const FeatureEntry& entry, const std::string& name)
     return std::find(entry.entries.begin(), entry.entries.end(), name) != entry.entries.end();
 }
 
-// Steps are counted from the minimum; a tiny tolerance admits the values
-// that a caller's own floating alignment leaves a hair off the grid.
-bool IsOnFloatGrid(const FeatureEntry& entry, double value)
+bool IsOnGrid(const Number<long long>& number, long long value)
 {
-    if (entry.floatIncrement <= 0.0) {
+    return number.increment <= 0 || (value - number.min) % number.increment == 0;
+}
+
+// A tiny tolerance admits the values that a caller's own floating alignment
+// leaves a hair off the grid.
+bool IsOnGrid(const Number<double>& number, double value)
+{
+    if (number.increment <= 0.0) {
         return true;
     }
-    double steps = (value - entry.floatMin) / entry.floatIncrement;
+    double steps = (value - number.min) / number.increment;
     return std::fabs(steps - std::round(steps)) <= 1e-6;
+}
+
+template <class T>
+TrkErrorType CheckNumber(const FeatureEntry& entry, TrkFeatureDataType type,
+                         const Number<T>& number, T value)
+{
+    if (TrkErrorType code = CheckType(entry, type)) {
+        return code;
+    }
+    if (!(value >= number.min && value <= number.max)) {
+        return ErrorOutOfRange;
+    }
+    return IsOnGrid(number, value) ? Success : ErrorOffGrid;
+}
+
+// Reading a step of 0 or less fails: the feature has none.
+template <class T>
+TrkErrorType ReadIncrement(const FeatureEntry& entry, TrkFeatureDataType type,
+                           const Number<T>& number, T& increment)
+{
+    if (TrkErrorType code = CheckType(entry, type)) {
+        return code;
+    }
+    increment = number.increment;
+    return increment > 0 ? Success : ErrorNoIncrement;
 }
 
 } // namespace
@@ -59,6 +89,15 @@ bool IsOnFloatGrid(const FeatureEntry& entry, double value)
 SimFeature::SimFeature(const std::shared_ptr<CameraState>& state, size_t index)
     : m_State(state), m_Index(index)
 {}
+
+template <class T>
+TrkErrorType SimFeature::SetNumber(TrkFeatureDataType type, Number<T> FeatureSpec::*number, T value)
+{
+    return m_State->Write(
+        m_Index, Op::SetValue,
+        [&](const FeatureEntry& entry) { return CheckNumber(entry, type, entry.*number, value); },
+        [&](FeatureEntry& entry, CameraAccess&) { (entry.*number).value = value; });
+}
 
 template <class Read>
 TrkErrorType SimFeature::Query(Op op, Read read) const
@@ -110,7 +149,7 @@ TrkErrorType SimFeature::IsWritable(bool& writable)
 TrkErrorType SimFeature::GetValue(long long& value) const
 {
     return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
-        value = entry.intValue;
+        value = entry.integer.value;
         return CheckType(entry, TrkFeatureDataInt);
     });
 }
@@ -118,7 +157,7 @@ TrkErrorType SimFeature::GetValue(long long& value) const
 TrkErrorType SimFeature::GetValue(double& value) const
 {
     return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
-        value = entry.floatValue;
+        value = entry.real.value;
         return CheckType(entry, TrkFeatureDataFloat);
     });
 }
@@ -177,8 +216,8 @@ TrkErrorType SimFeature::IsValueAvailable(char const* name, bool& available) con
 TrkErrorType SimFeature::GetRange(long long& min, long long& max) const
 {
     return Query(Op::GetRange, [&](const FeatureEntry& entry) -> TrkErrorType {
-        min = entry.intMin;
-        max = entry.intMax;
+        min = entry.integer.min;
+        max = entry.integer.max;
         return CheckType(entry, TrkFeatureDataInt);
     });
 }
@@ -186,69 +225,34 @@ TrkErrorType SimFeature::GetRange(long long& min, long long& max) const
 TrkErrorType SimFeature::GetRange(double& min, double& max) const
 {
     return Query(Op::GetRange, [&](const FeatureEntry& entry) -> TrkErrorType {
-        min = entry.floatMin;
-        max = entry.floatMax;
+        min = entry.real.min;
+        max = entry.real.max;
         return CheckType(entry, TrkFeatureDataFloat);
     });
 }
 
 TrkErrorType SimFeature::GetIncrement(long long& increment) const
 {
-    return Query(Op::GetIncrement, [&](const FeatureEntry& entry) -> TrkErrorType {
-        if (TrkErrorType code = CheckType(entry, TrkFeatureDataInt)) {
-            return code;
-        }
-        increment = entry.intIncrement;
-        return entry.intIncrement > 0 ? Success : ErrorNoIncrement;
+    return Query(Op::GetIncrement, [&](const FeatureEntry& entry) {
+        return ReadIncrement(entry, TrkFeatureDataInt, entry.integer, increment);
     });
 }
 
 TrkErrorType SimFeature::GetIncrement(double& increment) const
 {
-    return Query(Op::GetIncrement, [&](const FeatureEntry& entry) -> TrkErrorType {
-        if (TrkErrorType code = CheckType(entry, TrkFeatureDataFloat)) {
-            return code;
-        }
-        increment = entry.floatIncrement;
-        return entry.floatIncrement > 0.0 ? Success : ErrorNoIncrement;
+    return Query(Op::GetIncrement, [&](const FeatureEntry& entry) {
+        return ReadIncrement(entry, TrkFeatureDataFloat, entry.real, increment);
     });
 }
 
 TrkErrorType SimFeature::SetValue(long long const& value)
 {
-    long long written = value;
-    return m_State->Write(
-        m_Index, Op::SetValue,
-        [&](const FeatureEntry& entry) -> TrkErrorType {
-            if (TrkErrorType code = CheckType(entry, TrkFeatureDataInt)) {
-                return code;
-            }
-            if (written < entry.intMin || written > entry.intMax) {
-                return ErrorOutOfRange;
-            }
-            if (entry.intIncrement > 0 && (written - entry.intMin) % entry.intIncrement != 0) {
-                return ErrorOffGrid;
-            }
-            return Success;
-        },
-        [&](FeatureEntry& entry, CameraAccess&) { entry.intValue = written; });
+    return SetNumber(TrkFeatureDataInt, &FeatureEntry::integer, value);
 }
 
 TrkErrorType SimFeature::SetValue(double const& value)
 {
-    double written = value;
-    return m_State->Write(
-        m_Index, Op::SetValue,
-        [&](const FeatureEntry& entry) -> TrkErrorType {
-            if (TrkErrorType code = CheckType(entry, TrkFeatureDataFloat)) {
-                return code;
-            }
-            if (!(written >= entry.floatMin && written <= entry.floatMax)) {
-                return ErrorOutOfRange;
-            }
-            return IsOnFloatGrid(entry, written) ? Success : ErrorOffGrid;
-        },
-        [&](FeatureEntry& entry, CameraAccess&) { entry.floatValue = written; });
+    return SetNumber(TrkFeatureDataFloat, &FeatureEntry::real, value);
 }
 
 TrkErrorType SimFeature::SetValue(bool value)

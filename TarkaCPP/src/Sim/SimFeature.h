@@ -1,7 +1,7 @@
 #ifndef TARKACPP_SIM_SIMFEATURE_H
 #define TARKACPP_SIM_SIMFEATURE_H
 
-#include <TarkaCPP/Sim/SimCamera.h>
+#include "FeatureSpec.h"
 
 #include <memory>
 
@@ -10,7 +10,6 @@ namespace TrkAPI {
 namespace Sim {
 
 class CameraState;
-struct FeatureEntry;
 
 // One feature of an in-memory camera: a handle on an entry of the camera's
 // shared state, which keeps that state alive after the camera is gone.
@@ -47,6 +46,11 @@ public:
     TrkErrorType UnregisterObserver(IFeatureObserverPtr const& observer) override;
 
 private:
+    // Writes a number of the feature's own type, refusing it off its range
+    // or grid.
+    template <class T>
+    TrkErrorType SetNumber(TrkFeatureDataType type, Number<T> FeatureSpec::*number, T value);
+
     // Runs read under the camera's lock after counting the call and applying
     // an injected failure; read returns the result code.
     template <class Read>

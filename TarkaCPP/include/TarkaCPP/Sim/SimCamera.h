@@ -15,7 +15,7 @@ namespace TrkAPI {
 namespace Sim {
 
 class CameraState;
-struct FeatureEntry;
+struct FeatureSpec;
 
 // The operations of a feature, one per operation name whatever the overload;
 // used to inject failures and to count calls.
@@ -186,8 +186,10 @@ public:
     void WaitForNotifications();
 
 private:
-    void AddFeature(const std::string& name, TrkFeatureDataType type,
-                    const std::function<void(FeatureEntry&)>& fill);
+    // Ready-made cameras add features from their descriptions.
+    friend void AddFeatures(Camera& camera, const std::vector<FeatureSpec>& specs);
+
+    void Add(const FeatureSpec& spec);
     // Applies change; name, if not empty, is notified even if unchanged.
     void ChangeAndNotify(const std::string& name, const Rule& change);
     void RunNotifier();
