@@ -1,132 +1,23 @@
 // The editor as the camera makes it: whether a camera gets the tab and under
-// which name, the controls each family gets and how they are filled from
-// in-memory cameras, the red messages of a DSP region, the band's place and
-// the preview rebuilt for a new image size.
+// which name, the controls each family gets, how they are filled from
+// in-memory cameras and what the exposure limits write, the red messages of
+// a DSP region, the band's place and the preview rebuilt for a new image size.
 
-#include "AutoROIWidget.h"
+#include "EditorTestSupport.h"
 #include "SimFeatures.h"
 #include "TabExtensionException.h"
-#include "rubberbandlabel.h"
 
-#include <TarkaCPP/Sim/SimCamera.h>
+#include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QCoreApplication>
-#include <QDoubleSpinBox>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QLabel>
 #include <QPointer>
-#include <QRubberBand>
-#include <QTimer>
 
 #include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
 
 using KST::TrkAPI::Sim::Camera;
 using KST::TrkAPI::Sim::CameraAccess;
 using KST::TrkAPI::Sim::Op;
-
-namespace {
-
-enum Family
-{
-    Dsp,
-    Autofunction,
-    AutoMode
-};
-
-// An image of 1000 x 800 with exposure limits and one region family.
-std::unique_ptr<Camera> MakeCamera(Family family)
-{
-    std::unique_ptr<Camera> camera(new Camera);
-    camera->AddInteger("Width", 1000, 8, 1000);
-    camera->AddInteger("Height", 800, 8, 800);
-    camera->AddFloat("ExposureAutoMin", 100.0, 0.0, 100000.0);
-    camera->AddInteger("ExposureAutoMax", 50000, 10, 100000);
-    if (family == Dsp) {
-        camera->AddInteger("DSPSubregionTop", 100, 0, 800);
-        camera->AddInteger("DSPSubregionLeft", 100, 0, 1000);
-        camera->AddInteger("DSPSubregionRight", 600, 0, 1000);
-        camera->AddInteger("DSPSubregionBottom", 500, 0, 800);
-    } else if (family == Autofunction) {
-        camera->AddInteger("AutofunctionAOIOffsetX", 0, 0, 1000);
-        camera->AddInteger("AutofunctionAOIOffsetY", 0, 0, 800);
-        camera->AddInteger("AutofunctionAOIWidth", 500, 16, 1000);
-        camera->AddInteger("AutofunctionAOIHeight", 400, 16, 800);
-        camera->AddBool("AutofunctionAOIEnable", true);
-        camera->AddBool("AutofunctionAOIShowArea", false);
-    } else {
-        camera->AddInteger("OffsetX", 100, 0, 2000);
-        camera->AddInteger("OffsetY", 0, 0, 2000);
-        camera->AddInteger("AutoModeRegionOffsetX", 50, 0, 2000);
-        camera->AddInteger("AutoModeRegionOffsetY", 0, 0, 2000);
-        camera->AddInteger("AutoModeRegionWidth", 20, 16, 2000);
-        camera->AddInteger("AutoModeRegionHeight", 400, 16, 2000);
-    }
-    return camera;
-}
-
-// A host page with the editor in it, and the editor's controls by their
-// place in the form.
-struct Tab
-{
-    explicit Tab(std::unique_ptr<Camera> made) : camera(std::move(made))
-    {
-        editor = new AutoROIWidget(MakeFeatureVector(*camera), &page);
-    }
-
-    QGridLayout* RegionGrid()
-    {
-        for (QGroupBox* group : editor->findChildren<QGroupBox*>()) {
-            if (group->objectName().isEmpty())
-                return static_cast<QGridLayout*>(group->layout());
-        }
-        return nullptr;
-    }
-
-    template <typename T>
-    T* At(QGridLayout* grid, int row, int column)
-    {
-        QLayoutItem* item = grid->itemAtPosition(row, column);
-        return item ? qobject_cast<T*>(item->widget()) : nullptr;
-    }
-
-    QDoubleSpinBox* Spin(int row, int column)
-    {
-        return At<QDoubleSpinBox>(RegionGrid(), row, column);
-    }
-    QDoubleSpinBox* Top() { return Spin(1, 2); }
-    QDoubleSpinBox* Left() { return Spin(1, 6); }
-    QDoubleSpinBox* Bottom() { return Spin(2, 2); }
-    QDoubleSpinBox* Right() { return Spin(2, 6); }
-    QDoubleSpinBox* Height() { return Spin(3, 2); }
-    QDoubleSpinBox* Width() { return Spin(3, 6); }
-    QString Text(int row, int column) { return At<QLabel>(RegionGrid(), row, column)->text(); }
-    QGroupBox* Group(const char* name) { return editor->findChild<QGroupBox*>(name); }
-    RubberBandLabel* Preview()
-    {
-        return At<RubberBandLabel>(editor->findChild<QGridLayout*>("grid_AutoROI"), 0, 0);
-    }
-
-    // Delivers what the camera has notified and runs one tick of the tab.
-    void Tick()
-    {
-        camera->WaitForNotifications();
-        QCoreApplication::processEvents();
-        QMetaObject::invokeMethod(editor, "updateTimer");
-    }
-
-    std::unique_ptr<Camera> camera;
-    QWidget page;
-    AutoROIWidget* editor;
-};
-
-} // namespace
 
 TEST(AutoROIWidget, AcceptsTheThreeFamiliesUnderTheirNamesAndRefusesOthers)
 {
@@ -171,7 +62,7 @@ TEST(AutoROIWidget, AcceptsTheThreeFamiliesUnderTheirNamesAndRefusesOthers)
         }
     }
 
-    std::unique_ptr<Camera> camera = MakeCamera(AutoMode);
+    std::unique_ptr<Camera> camera = KST::TrkAPI::Sim::MakeAutoModeCamera();
     AutoROIWidget orphan(MakeFeatureVector(*camera), nullptr);
     EXPECT_EQ(orphan.accessibleName(), "Autofunction ROI");
 }
@@ -180,78 +71,91 @@ TEST(AutoROIWidget, EachFamilyGetsItsTitlesCaptionsAndEditablePair)
 {
     struct Case
     {
-        Family family;
+        const char* camera;
         QString outerTitle, innerTitle, topCaption, leftCaption;
-        // The spin boxes that write to the camera; the other pair is disabled.
-        bool edgesEdited;
-        const char* width;
+        // The one feature that the right and width spin boxes write between
+        // them; the pair that doesn't write is disabled.
+        const char* writtenByRightOrWidth;
     };
     const std::vector<Case> cases = {
-        {Dsp, "Autofunction ROI", "DSPSubregion", "Top:", "Left:", true, nullptr},
-        {Autofunction, "Autofunction AOI", "Autofunction AOI", "OffsetY:", "OffsetX:", false,
-         "AutofunctionAOIWidth"},
-        {AutoMode, "AutoMode ROI", "AutoModeRegion", "OffsetY:", "OffsetX:", false,
-         "AutoModeRegionWidth"},
+        {"dsp", "Autofunction ROI", "DSPSubregion", "Top:", "Left:", "DSPSubregionRight"},
+        {"autofunction", "Autofunction AOI", "Autofunction AOI",
+         "OffsetY:", "OffsetX:", "AutofunctionAOIWidth"},
+        {"automode", "AutoMode ROI", "AutoModeRegion",
+         "OffsetY:", "OffsetX:", "AutoModeRegionWidth"},
     };
     for (const Case& c : cases) {
-        Tab tab(MakeCamera(c.family));
-        SCOPED_TRACE(c.innerTitle.toStdString());
-        EXPECT_EQ(tab.Group("gb_AutoROI")->title(), c.outerTitle);
-        EXPECT_EQ(tab.RegionGrid()->parentWidget()->property("title").toString(), c.innerTitle);
-        EXPECT_EQ(tab.Text(1, 1), c.topCaption);
-        EXPECT_EQ(tab.Text(1, 5), c.leftCaption);
-        EXPECT_EQ(tab.Group("gb_AutoROI")->maximumWidth(), 350);
+        EditorTab tab(KST::TrkAPI::Sim::MakeCamera(c.camera));
+        SCOPED_TRACE(c.camera);
+        EXPECT_EQ(tab.OuterGroup()->title(), c.outerTitle);
+        EXPECT_EQ(tab.RegionGroup()->title(), c.innerTitle);
+        EXPECT_EQ(tab.RegionCell<QLabel>(1, 1)->text(), c.topCaption);
+        EXPECT_EQ(tab.RegionCell<QLabel>(1, 5)->text(), c.leftCaption);
+        EXPECT_EQ(tab.OuterGroup()->maximumWidth(), 350);
 
-        EXPECT_EQ(tab.Right()->isEnabled(), c.edgesEdited);
-        EXPECT_EQ(tab.Bottom()->isEnabled(), c.edgesEdited);
-        EXPECT_EQ(tab.Width()->isEnabled(), !c.edgesEdited);
-        EXPECT_EQ(tab.Height()->isEnabled(), !c.edgesEdited);
-        const bool hasEnable = c.family == Autofunction;
-        EXPECT_EQ(tab.At<QLabel>(tab.RegionGrid(), 0, 1) != nullptr, hasEnable);
-        EXPECT_EQ(tab.At<QLabel>(tab.RegionGrid(), 0, 5) != nullptr, hasEnable);
+        const bool edges = std::string(c.camera) == "dsp";
+        EXPECT_EQ(tab.Right()->isEnabled(), edges);
+        EXPECT_EQ(tab.Bottom()->isEnabled(), edges);
+        EXPECT_EQ(tab.Width()->isEnabled(), !edges);
+        EXPECT_EQ(tab.Height()->isEnabled(), !edges);
+        const bool hasEnable = std::string(c.camera) == "autofunction";
+        EXPECT_EQ(tab.RegionCell<QLabel>(0, 1) != nullptr, hasEnable);
+        EXPECT_EQ(tab.RegionCell<QLabel>(0, 5) != nullptr, hasEnable);
 
-        // Only the edited pair is connected: the disabled one writes nothing.
         tab.camera->ResetCalls();
         tab.Right()->setValue(300);
         tab.Width()->setValue(300);
-        EXPECT_EQ(tab.camera->Calls(c.edgesEdited ? "DSPSubregionRight" : c.width, Op::SetValue),
-                  1);
+        EXPECT_EQ(tab.camera->Calls(c.writtenByRightOrWidth, Op::SetValue), 1);
         EXPECT_EQ(tab.camera->TotalCalls(Op::SetValue), 1);
+
+        // Streaming locks an AutoMode region, from the next dispatch on.
+        tab.Show();
+        tab.widget->camIsStreaming(true);
+        EXPECT_TRUE(tab.Left()->isEnabled());
+        tab.Tick();
+        EXPECT_EQ(tab.Left()->isEnabled(), std::string(c.camera) != "automode");
+        tab.widget->camIsStreaming(false);
+        tab.Tick();
+        EXPECT_TRUE(tab.Left()->isEnabled());
     }
 }
 
 TEST(AutoROIWidget, ExposureAutoGroupHoldsLimitsAndTimeBaseOrPlaceholders)
 {
-    std::unique_ptr<Camera> camera = MakeCamera(Dsp);
-    camera->AddEnum("ExposureAutoTimebase", {"1us", "10us", "100us"}, "10us");
-    Tab withTimebase(std::move(camera));
-    QGridLayout* grid = withTimebase.editor->findChild<QGridLayout*>("grid_ImageFormat");
-    QLabel* timebase = withTimebase.At<QLabel>(grid, 1, 5);
+    EditorTab withTimebase(KST::TrkAPI::Sim::MakeAutofunctionCamera());
+    QLabel* timebase = withTimebase.ExposureCell<QLabel>(1, 5);
     EXPECT_EQ(timebase->text(), "Timeb.:");
     EXPECT_EQ(timebase->toolTip(), "Timebase");
-    QComboBox* combo = withTimebase.At<QComboBox>(grid, 1, 6);
+    QComboBox* combo = withTimebase.ExposureCell<QComboBox>(1, 6);
     EXPECT_EQ(combo->count(), 3);
     EXPECT_EQ(combo->currentText(), "10us");
 
     // A fractional limit is rounded while the spin box has no decimals yet,
     // and a step below 1 is raised to 1.
-    camera = MakeCamera(Autofunction);
-    camera->Change([](CameraAccess& access) { access.SetFloat("ExposureAutoMin", 12.5); });
-    Tab plain(std::move(camera));
-    grid = plain.editor->findChild<QGridLayout*>("grid_ImageFormat");
-    QDoubleSpinBox* minimum = plain.At<QDoubleSpinBox>(grid, 1, 2);
-    EXPECT_EQ(minimum->decimals(), 2);
-    EXPECT_EQ(minimum->value(), 13.0);
-    EXPECT_EQ(minimum->singleStep(), 1.0);
-    QDoubleSpinBox* maximum = plain.At<QDoubleSpinBox>(grid, 2, 2);
-    EXPECT_EQ(maximum->decimals(), 0);
-    EXPECT_EQ(maximum->maximum(), 100000.0);
-    EXPECT_EQ(maximum->value(), 50000.0);
+    std::unique_ptr<Camera> camera = MakeTestCamera(Family::Autofunction);
+    camera->SetFromCamera("ExposureAutoMin", 12.5);
+    EditorTab plain(std::move(camera));
+    EXPECT_EQ(plain.ExposureMin()->decimals(), 2);
+    EXPECT_EQ(plain.ExposureMin()->value(), 13.0);
+    EXPECT_EQ(plain.ExposureMin()->singleStep(), 1.0);
+    EXPECT_EQ(plain.ExposureMax()->decimals(), 0);
+    EXPECT_EQ(plain.ExposureMax()->maximum(), 1000000.0);
+    EXPECT_EQ(plain.ExposureMax()->value(), 50000.0);
 
-    EXPECT_EQ(plain.At<QLabel>(grid, 1, 5)->text(), "");
-    QComboBox* placeholder = plain.At<QComboBox>(grid, 1, 6);
+    EXPECT_EQ(plain.ExposureCell<QLabel>(1, 5)->text(), "");
+    QComboBox* placeholder = plain.ExposureCell<QComboBox>(1, 6);
     ASSERT_NE(placeholder, nullptr);
     EXPECT_TRUE(placeholder->isHidden());
+
+    // Current takes the exposure time, once; a floating limit with decimals
+    // goes over half a last decimal higher, through single precision.
+    plain.camera->ResetCalls();
+    plain.ExposureCell<QPushButton>(2, 4)->click();
+    plain.ExposureCell<QPushButton>(2, 4)->click();
+    EXPECT_EQ(plain.camera->IntValue("ExposureAutoMax"), 5000);
+    EXPECT_EQ(plain.camera->Calls("ExposureAutoMax", Op::SetValue), 1);
+    plain.ExposureMin()->setValue(12.5);
+    EXPECT_NEAR(plain.camera->FloatValue("ExposureAutoMin"), 12.505, 1e-9);
 }
 
 TEST(AutoROIWidget, OffsetFamiliesLoadRangesStepsAndStepGridReferenceSize)
@@ -266,7 +170,7 @@ TEST(AutoROIWidget, OffsetFamiliesLoadRangesStepsAndStepGridReferenceSize)
     camera->AddInteger("AutofunctionAOIWidth", 500, 16, 1000, 8);
     camera->AddInteger("AutofunctionAOIHeight", 300, 16, 800, 4);
     camera->AddBool("AutofunctionAOIEnable", false);
-    Tab tab(std::move(camera));
+    EditorTab tab(std::move(camera));
 
     EXPECT_EQ(tab.Width()->maximum(), 1003.0);
     EXPECT_EQ(tab.Height()->maximum(), 806.0);
@@ -280,10 +184,10 @@ TEST(AutoROIWidget, OffsetFamiliesLoadRangesStepsAndStepGridReferenceSize)
     EXPECT_EQ(tab.Bottom()->maximum(), 806.0 + 800.0);
 
     // The region is off: its controls are, while the group stays usable.
-    EXPECT_EQ(tab.At<QCheckBox>(tab.RegionGrid(), 0, 2)->checkState(), Qt::Unchecked);
+    EXPECT_EQ(tab.RegionCell<QCheckBox>(0, 2)->checkState(), Qt::Unchecked);
     EXPECT_FALSE(tab.Top()->isEnabled());
     EXPECT_FALSE(tab.Preview()->isEnabled());
-    EXPECT_TRUE(tab.Group("gb_AutoROI")->isEnabled());
+    EXPECT_TRUE(tab.OuterGroup()->isEnabled());
 }
 
 TEST(AutoROIWidget, DspRegionShowsRedMessagesAndIsRepairedWhenInvalid)
@@ -295,31 +199,29 @@ TEST(AutoROIWidget, DspRegionShowsRedMessagesAndIsRepairedWhenInvalid)
     camera->AddInteger("DSPSubregionLeft", 10, 0, 2000);
     camera->AddInteger("DSPSubregionRight", 1200, 0, 2000);
     camera->AddInteger("DSPSubregionBottom", 100, 0, 2000);
-    Tab crossed(std::move(camera));
+    EditorTab crossed(std::move(camera));
 
-    QLabel* vertical = crossed.At<QLabel>(crossed.RegionGrid(), 4, 1);
-    QLabel* horizontal = crossed.At<QLabel>(crossed.RegionGrid(), 5, 1);
-    EXPECT_EQ(vertical->text(), "Invalid settings: Top > Bottom! Top > ROI Height! ");
-    EXPECT_FALSE(vertical->isHidden());
-    EXPECT_EQ(horizontal->text(), "Invalid settings: Right > ROI Width! ");
-    EXPECT_FALSE(horizontal->isHidden());
+    EXPECT_EQ(crossed.VerticalMessage()->text(),
+              "Invalid settings: Top > Bottom! Top > ROI Height! ");
+    EXPECT_FALSE(crossed.VerticalMessage()->isHidden());
+    EXPECT_EQ(crossed.HorizontalMessage()->text(), "Invalid settings: Right > ROI Width! ");
+    EXPECT_FALSE(crossed.HorizontalMessage()->isHidden());
     // Beyond the image, the far edge raises its own limit to stay shown.
     EXPECT_EQ(crossed.Right()->maximum(), 1200.0);
     EXPECT_EQ(crossed.Top()->maximum(), 800.0);
 
     // The constructor set the invalid region to the whole image.
-    EXPECT_EQ(crossed.camera->IntValue("DSPSubregionTop"), 0);
-    EXPECT_EQ(crossed.camera->IntValue("DSPSubregionLeft"), 0);
-    EXPECT_EQ(crossed.camera->IntValue("DSPSubregionRight"), 1000);
-    EXPECT_EQ(crossed.camera->IntValue("DSPSubregionBottom"), 800);
+    EXPECT_EQ(crossed.Ints({"DSPSubregionTop", "DSPSubregionLeft", "DSPSubregionRight",
+                            "DSPSubregionBottom"}),
+              std::vector<long long>({0, 0, 1000, 800}));
 
     // No height is invalid too, though it gets no message; a region within
     // the image is left as the camera has it.
     for (long long bottom : {100LL, 500LL}) {
-        camera = MakeCamera(Dsp);
+        camera = MakeTestCamera(Family::Dsp);
         camera->SetFromCamera("DSPSubregionBottom", bottom);
-        Tab tab(std::move(camera));
-        EXPECT_TRUE(tab.At<QLabel>(tab.RegionGrid(), 4, 1)->isHidden());
+        EditorTab tab(std::move(camera));
+        EXPECT_TRUE(tab.VerticalMessage()->isHidden());
         // The sizes are derived in this family and get no value from the camera.
         EXPECT_EQ(tab.Width()->value(), bottom == 100 ? 1000.0 : 0.0);
         EXPECT_EQ(tab.camera->IntValue("DSPSubregionBottom"), bottom == 100 ? 800 : 500);
@@ -330,27 +232,27 @@ TEST(AutoROIWidget, DspRegionShowsRedMessagesAndIsRepairedWhenInvalid)
 TEST(AutoROIWidget, BandStandsRelativeToTheImageOffset)
 {
     // Region at 50 on the sensor, image at 100: the band starts before the picture.
-    Tab tab(MakeCamera(AutoMode));
-    tab.page.resize(600, 900);
-    tab.page.show();
-    QRubberBand* band = tab.Preview()->findChild<QRubberBand*>();
-    ASSERT_NE(band, nullptr);
-    const double scale = double(tab.Preview()->GetFittedWidth()) / 1000.0;
+    std::unique_ptr<Camera> camera = MakeTestCamera(Family::AutoMode);
+    camera->SetFromCamera("AutoModeRegionOffsetX", 50);
+    camera->SetFromCamera("AutoModeRegionWidth", 20);
+    EditorTab tab(std::move(camera));
+    tab.Show();
+    const double scale = double(tab.Preview()->GetFittedWidth()) / 640.0;
     // Placed with rounding at the first show and truncated after a resize.
-    EXPECT_LT(band->geometry().left(), 0);
-    EXPECT_NEAR(band->geometry().left(), scale * -50, 1.0);
-    EXPECT_NEAR(band->geometry().width(), scale * 20, 1.0);
+    EXPECT_LT(tab.Band().left(), 0);
+    EXPECT_NEAR(tab.Band().left(), scale * -50, 1.0);
+    EXPECT_NEAR(tab.Band().width(), scale * 20, 1.0);
 }
 
 TEST(AutoROIWidget, PreviewIsRebuiltOnlyForANewReferenceSize)
 {
-    Tab tab(MakeCamera(Autofunction));
-    tab.page.show();
-    QTimer* tick = tab.editor->findChild<QTimer*>(QString(), Qt::FindDirectChildrenOnly);
+    EditorTab tab(MakeTestCamera(Family::Autofunction));
+    tab.Show();
+    tab.Timer()->start();
     QPointer<RubberBandLabel> first = tab.Preview();
     QMetaObject::invokeMethod(first, "GeometryChangeStarted");
-    EXPECT_FALSE(tick->isActive());
-    tick->start();
+    EXPECT_FALSE(tab.Timer()->isActive());
+    tab.Timer()->start();
 
     // A new range of the same image size keeps the preview.
     tab.camera->Change([](CameraAccess& access) { access.SetIntRange("Width", 8, 2000); });
@@ -373,5 +275,5 @@ TEST(AutoROIWidget, PreviewIsRebuiltOnlyForANewReferenceSize)
         EXPECT_EQ(tab.camera->TotalCalls(Op::SetValue), 0);
     }
     QMetaObject::invokeMethod(rebuilt, "GeometryChangeStarted");
-    EXPECT_TRUE(tick->isActive());
+    EXPECT_TRUE(tab.Timer()->isActive());
 }

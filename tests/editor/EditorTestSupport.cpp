@@ -1,0 +1,104 @@
+#include "EditorTestSupport.h"
+
+#include "SimFeatures.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QThread>
+#include <QVBoxLayout>
+
+using KST::TrkAPI::Sim::Camera;
+
+std::unique_ptr<Camera> MakeTestCamera(Family family)
+{
+    std::unique_ptr<Camera> camera(new Camera);
+    if (family == Family::AutoMode) {
+        camera->AddInteger("Width", 640, 8, 2000);
+        camera->AddInteger("Height", 480, 8, 2000);
+        camera->AddInteger("OffsetX", 100, 0, 2000);
+        camera->AddInteger("OffsetY", 50, 0, 2000);
+        camera->AddInteger("AutoModeRegionOffsetX", 100, 0, 2000);
+        camera->AddInteger("AutoModeRegionOffsetY", 50, 0, 2000);
+        camera->AddInteger("AutoModeRegionWidth", 640, 16, 2000);
+        camera->AddInteger("AutoModeRegionHeight", 480, 16, 2000);
+    } else if (family == Family::Autofunction) {
+        camera->AddInteger("Width", 1000, 8, 1000, 4);
+        camera->AddInteger("Height", 800, 8, 800, 2);
+        camera->AddInteger("AutofunctionAOIOffsetX", 0, 0, 1000, 4);
+        camera->AddInteger("AutofunctionAOIOffsetY", 0, 0, 800, 2);
+        camera->AddInteger("AutofunctionAOIWidth", 500, 16, 1000, 4);
+        camera->AddInteger("AutofunctionAOIHeight", 400, 16, 800, 2);
+        camera->AddBool("AutofunctionAOIEnable", true);
+        camera->AddBool("AutofunctionAOIShowArea", false);
+    } else {
+        camera->AddInteger("Width", 1000, 8, 1000);
+        camera->AddInteger("Height", 800, 8, 800);
+        camera->AddInteger("DSPSubregionTop", 100, 0, 800);
+        camera->AddInteger("DSPSubregionLeft", 100, 0, 1000);
+        camera->AddInteger("DSPSubregionRight", 600, 0, 1000);
+        camera->AddInteger("DSPSubregionBottom", 500, 0, 800);
+    }
+    camera->AddFloat("ExposureAutoMin", 100.0, 0.0, 1000000.0, 0.001);
+    camera->AddInteger("ExposureAutoMax", 50000, 10, 1000000);
+    camera->AddFloat("ExposureTime", 5000.0, 10.0, 1000000.0);
+    return camera;
+}
+
+bool WaitFor(const std::function<bool()>& done, int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!done()) {
+        if (clock.elapsed() > milliseconds)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QThread::msleep(5);
+    }
+    return true;
+}
+
+EditorTab::EditorTab(std::unique_ptr<Camera> made) : camera(std::move(made))
+{
+    widget = new AutoROIWidget(MakeFeatureVector(*camera), &page);
+    QVBoxLayout* layout = new QVBoxLayout;
+    layout->addWidget(widget);
+    page.setLayout(layout);
+}
+
+void EditorTab::Show()
+{
+    page.show();
+    Timer()->stop();
+    Tick();
+}
+
+void EditorTab::Tick()
+{
+    camera->WaitForNotifications();
+    QCoreApplication::processEvents();
+    QMetaObject::invokeMethod(widget, "updateTimer");
+}
+
+void EditorTab::WaitForPreview()
+{
+    WaitFor([this] { return Band().width() > 20; });
+    WaitFor([] { return false; }, 300);
+}
+
+void EditorTab::Mouse(QEvent::Type type, const QPoint& position)
+{
+    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held =
+        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, position, button, held, Qt::NoModifier);
+    QCoreApplication::sendEvent(Preview(), &event);
+}
+
+std::vector<long long> EditorTab::Ints(const std::vector<std::string>& names) const
+{
+    std::vector<long long> values;
+    for (const std::string& name : names)
+        values.push_back(camera->IntValue(name));
+    return values;
+}
