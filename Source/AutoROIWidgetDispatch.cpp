@@ -12,8 +12,6 @@
 #include "RegionAxis.h"
 #include "rubberbandlabel.h"
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QCoreApplication>
 #include <QDoubleSpinBox>
 #include <QGroupBox>
@@ -78,8 +76,8 @@ void WriteEdgePair(qint64 presentNear, qint64 presentFar, int nearEdge, int farE
 
 // Writes a limit of automatic exposure that the user set in spin. With an
 // increment and decimals, half a unit of the last decimal is added and the
-// number passes through single precision on its way, which the camera's
-// limits are known to expect.
+// number passes through single precision; nothing is cut off, and the
+// slightly raised single-precision result is the value meant to be written.
 void WriteExposureLimit(FeatureManager* features, const char* limit, const QDoubleSpinBox* spin,
                         double value)
 {
@@ -486,8 +484,9 @@ void AutoROIWidget::OnGeometryChangeStarted()
 void AutoROIWidget::OnUpdateGeometry(int top, int left, int width, int height)
 {
     BlockControlSignals(true);
-    SetRegionSpinBoxes(top, left, width, height, ImageOffset(HorizontalAxis()),
-                       ImageOffset(VerticalAxis()));
+    const int offsetX = ImageOffset(HorizontalAxis());
+    const int offsetY = ImageOffset(VerticalAxis());
+    SetRegionSpinBoxes(top, left, width, height, offsetX, offsetY);
     BlockControlSignals(false);
 }
 
