@@ -318,20 +318,14 @@ void RubberBandLabel::SetCursorForPosition(int x, int y)
     const QRect band = m_RubberBand->geometry();
     const bool topZone = InNearZone(y, band.top());
     const bool below = y >= band.bottom();
+    const bool rightZone = InFarZone(x, band.right());
 
     Qt::CursorShape shape = Qt::ArrowCursor;
-    if (InFarZone(x, band.right())) {
-        if (topZone)
-            shape = Qt::SizeBDiagCursor;
-        else if (below)
-            shape = Qt::SizeFDiagCursor;
-        else
-            shape = Qt::SizeHorCursor;
-    } else if (InNearZone(x, band.left())) {
-        if (topZone)
-            shape = Qt::SizeFDiagCursor;
-        else if (below)
-            shape = Qt::SizeBDiagCursor;
+    if (rightZone || InNearZone(x, band.left())) {
+        // Top right and bottom left lie on one diagonal, top left and bottom
+        // right on the other; the top corners win where both rows match.
+        if (topZone || below)
+            shape = topZone == rightZone ? Qt::SizeBDiagCursor : Qt::SizeFDiagCursor;
         else
             shape = Qt::SizeHorCursor;
     } else if (topZone || InFarZone(y, band.bottom())) {
