@@ -1,6 +1,7 @@
 #include "FeatureManager.h"
 
 #include "DebugLine.h"
+#include "FeatureText.h"
 #include "Qt4Compat.h"
 
 #include <cmath>
@@ -16,13 +17,6 @@ const double QuotientGuard = 1.000000000001;
 const double DefaultIntIncrement = 1.0;
 const double DefaultFloatIncrement = 0.01;
 
-typedef TrkErrorType (Feature::*TextGetter)(char*, unsigned int&) const;
-
-const TextGetter NameGetter = &Feature::GetName;
-const TextGetter DisplayNameGetter = &Feature::GetDisplayName;
-const TextGetter CategoryGetter = &Feature::GetCategory;
-const TextGetter ValueTextGetter = static_cast<TextGetter>(&Feature::GetValue);
-
 // Empty, but not null: what the queries answer when they have no text.
 QString EmptyText()
 {
@@ -34,37 +28,12 @@ QString TextToQString(const std::string& text)
     return Qt4Compat::FromAscii(text.c_str(), static_cast<int>(text.size()));
 }
 
-// Reads a text by asking its size first and then filling a buffer one byte
-// longer, so that the text always ends in a zero byte. An empty text is a
-// success; any failed call, or a failed allocation, is not.
-bool ReadText(const Feature& feature, TextGetter getter, std::string& text)
+// Empty text when there is no feature or the read fails.
+QString TextOf(const FeaturePtr& feature, FeatureTextGetter getter)
 {
-    text.clear();
-    unsigned int length = 0;
-    if ((feature.*getter)(nullptr, length) != 0) {
-        return false;
-    }
-    if (length == 0) {
-        return true;
-    }
-    try {
-        std::vector<char> buffer(static_cast<size_t>(length) + 1, '\0');
-        if ((feature.*getter)(buffer.data(), length) != 0) {
-            return false;
-        }
-        text = buffer.data();
-    } catch (const std::bad_alloc&) {
-        text.clear();
-        return false;
-    }
-    return true;
-}
-
-std::string ReadTextOrEmpty(const FeaturePtr& feature, TextGetter getter)
-{
-    std::string text;
+    QString text = EmptyText();
     if (feature) {
-        ReadText(*feature, getter, text);
+        ReadFeatureText(*feature, getter, text);
     }
     return text;
 }
@@ -177,12 +146,12 @@ double WriteFlag(Feature& feature, const QString& name, double value)
 
 // The name or display name of the first candidate that exists; the search
 // ends there even if that read fails.
-QString FirstExisting(FeatureManager& manager, const QStringList& names, TextGetter getter)
+QString FirstExisting(FeatureManager& manager, const QStringList& names, FeatureTextGetter getter)
 {
     for (const QString& name : names) {
         const FeaturePtr feature = manager.FindFeature(name);
         if (feature) {
-            return TextToQString(ReadTextOrEmpty(feature, getter));
+            return TextOf(feature, getter);
         }
     }
     return EmptyText();
@@ -265,7 +234,8 @@ FeaturePtr FeatureManager::FindFeature(const std::string& name)
     for (FeatureVector::const_iterator it = features.constBegin(); it != features.constEnd();
          ++it) {
         const FeaturePtr feature = *it;
-        if (feature && ReadText(*feature, NameGetter, featureName) && featureName == name) {
+        if (feature && ReadFeatureText(*feature, &Feature::GetName, featureName) == 0 &&
+            featureName == name) {
             return feature;
         }
     }
@@ -420,27 +390,27 @@ QString FeatureManager::GetDisplayName(const QString& name, const QString& alt1)
 QString FeatureManager::GetDisplayName(const QString& name, const QString& alt1,
                                        const QString& alt2)
 {
-    return TextToQString(ReadTextOrEmpty(FindFeature(name, alt1, alt2), DisplayNameGetter));
+    return TextOf(FindFeature(name, alt1, alt2), &Feature::GetDisplayName);
 }
 
 QString FeatureManager::GetCategory(const QString& name)
 {
-    return TextToQString(ReadTextOrEmpty(FindFeature(name), CategoryGetter));
+    return TextOf(FindFeature(name), &Feature::GetCategory);
 }
 
 QString FeatureManager::FirstExistingName(const QStringList& names)
 {
-    return FirstExisting(*this, names, NameGetter);
+    return FirstExisting(*this, names, &Feature::GetName);
 }
 
 QString FeatureManager::FirstExistingDisplayName(const QStringList& names)
 {
-    return FirstExisting(*this, names, DisplayNameGetter);
+    return FirstExisting(*this, names, &Feature::GetDisplayName);
 }
 
 QString FeatureManager::GetTextValueOf(FeaturePtr feature)
 {
-    return TextToQString(ReadTextOrEmpty(feature, ValueTextGetter));
+    return TextOf(feature, FeatureValueText);
 }
 
 TrkFeatureDataType FeatureManager::GetDataTypeOf(FeaturePtr feature)
@@ -556,7 +526,8 @@ double FeatureManager::SetValue(const QString& name, const QString& alt1, const 
         return value;
     }
     // The feature's own name, which is the alternative's if one was found.
-    const std::string featureName = ReadTextOrEmpty(feature, NameGetter);
+    std::string featureName;
+    ReadFeatureText(*feature, &Feature::GetName, featureName);
     DebugLine() << "Set " << featureName.c_str() << " = " << value;
 
     switch (GetDataTypeOf(feature)) {

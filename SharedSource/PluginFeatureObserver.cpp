@@ -1,42 +1,8 @@
 #include "PluginFeatureObserver.h"
 
-#include "Qt4Compat.h"
-
-#include <new>
-#include <vector>
-
-namespace {
+#include "FeatureText.h"
 
 using KST::TrkAPI::Feature;
-
-typedef TrkErrorType (Feature::*TextGetter)(char*, unsigned int&) const;
-
-// What a text read reports when its buffer can't be allocated.
-const TrkErrorType NoBuffer = -14;
-
-// The library's two-call text: the size first, then the bytes into a buffer
-// one longer, so that the text always ends in a zero byte.
-TrkErrorType ReadText(const Feature& feature, TextGetter getter, QString& text)
-{
-    text = QString();
-    unsigned int length = 0;
-    TrkErrorType result = (feature.*getter)(nullptr, length);
-    if (result != 0 || length == 0) {
-        return result;
-    }
-    try {
-        std::vector<char> buffer(static_cast<size_t>(length) + 1, '\0');
-        result = (feature.*getter)(buffer.data(), length);
-        if (result == 0) {
-            text = Qt4Compat::FromAscii(buffer.data());
-        }
-    } catch (const std::bad_alloc&) {
-        return NoBuffer;
-    }
-    return result;
-}
-
-} // namespace
 
 PluginFeatureObserver::PluginFeatureObserver() : QObject(nullptr) {}
 
@@ -44,7 +10,7 @@ PluginFeatureObserver::~PluginFeatureObserver() {}
 
 TrkErrorType PluginFeatureObserver::ReadName(const Feature& feature, QString& text)
 {
-    return ReadText(feature, &Feature::GetName, text);
+    return ReadFeatureText(feature, &Feature::GetName, text);
 }
 
 QString PluginFeatureObserver::ValueText(const Feature& feature, TrkFeatureDataType type)
@@ -61,7 +27,7 @@ QString PluginFeatureObserver::ValueText(const Feature& feature, TrkFeatureDataT
     case TrkFeatureDataEnum:
     case TrkFeatureDataString: {
         QString value;
-        ReadText(feature, &Feature::GetValue, value);
+        ReadFeatureText(feature, FeatureValueText, value);
         return value;
     }
     case TrkFeatureDataBool: {

@@ -21,9 +21,8 @@ public:
     // The text form of a feature's value, as carried by setChangedFeature.
     static QString ValueText(const KST::TrkAPI::Feature& feature, TrkFeatureDataType type);
 
-    // Reads a text of the library in two calls (size first, then the bytes);
-    // returns the library's code, or -14 when the buffer can't be allocated.
-    // text is empty after any failure.
+    // The feature's name, read by ReadFeatureText: the library's code, or
+    // FeatureTextNoBuffer when the buffer can't be allocated.
     static TrkErrorType ReadName(const KST::TrkAPI::Feature& feature, QString& text);
 
 signals:

@@ -1,31 +1,19 @@
 #include "FeatureTableModel.h"
 
-#include <string>
+#include <FeatureText.h>
+#include <PluginFeatureObserver.h>
+
 #include <vector>
 
 namespace {
 
 typedef KST::TrkAPI::Feature Feature;
 
-// Reads one of the library's two-call texts: size first, then the bytes.
-template <typename Read>
-QString ReadText(Read read)
-{
-    unsigned int length = 0;
-    if (read(nullptr, length) != 0 || length == 0) {
-        return QString();
-    }
-    std::vector<char> buffer(length + 1, '\0');
-    if (read(buffer.data(), length) != 0) {
-        return QString();
-    }
-    return QString::fromLatin1(buffer.data());
-}
-
 QString NameText(const Feature& feature)
 {
-    return ReadText(
-        [&](char* buffer, unsigned int& length) { return feature.GetName(buffer, length); });
+    QString name;
+    ReadFeatureText(feature, &Feature::GetName, name);
+    return name;
 }
 
 TrkFeatureDataType DataType(const Feature& feature)
@@ -37,34 +25,18 @@ TrkFeatureDataType DataType(const Feature& feature)
     return type;
 }
 
+// The tab's text form of values, but with words of the viewer's own for the
+// features that have no value to show.
 QString ValueText(const Feature& feature)
 {
-    switch (DataType(feature)) {
-    case TrkFeatureDataInt: {
-        long long value = 0;
-        return feature.GetValue(value) == 0 ? QString::number(value) : QString();
-    }
-    case TrkFeatureDataFloat: {
-        double value = 0.0;
-        return feature.GetValue(value) == 0 ? QString::number(value, 'g', 6) : QString();
-    }
-    case TrkFeatureDataEnum:
-    case TrkFeatureDataString:
-        return ReadText(
-            [&](char* buffer, unsigned int& length) { return feature.GetValue(buffer, length); });
-    case TrkFeatureDataBool: {
-        bool value = false;
-        if (feature.GetValue(value) != 0) {
-            return QString();
-        }
-        return value ? QStringLiteral("true") : QStringLiteral("false");
-    }
+    const TrkFeatureDataType type = DataType(feature);
+    switch (type) {
     case TrkFeatureDataCommand:
         return FeatureTableModel::tr("(command)");
     case TrkFeatureDataRaw:
         return FeatureTableModel::tr("(raw data)");
     default:
-        return QString();
+        return PluginFeatureObserver::ValueText(feature, type);
     }
 }
 

@@ -1,0 +1,32 @@
+#ifndef FEATURETEXT_H
+#define FEATURETEXT_H
+
+#include "FeatureTypes.h"
+
+#include <QString>
+
+#include <string>
+
+// One of the library's text reads: GetName, GetDisplayName, GetCategory, or
+// FeatureValueText for the text form of a value.
+typedef TrkErrorType (KST::TrkAPI::Feature::*FeatureTextGetter)(char*, unsigned int&) const;
+
+const FeatureTextGetter FeatureValueText =
+    static_cast<FeatureTextGetter>(&KST::TrkAPI::Feature::GetValue);
+
+// What a text read reports when its buffer can't be allocated.
+const TrkErrorType FeatureTextNoBuffer = -14;
+
+// Reads a text of the library in two calls: the size with a null buffer,
+// then the bytes into a zeroed buffer one byte longer, so that the text
+// always ends in a zero byte and is taken up to the first one. Returns the
+// library's code, or FeatureTextNoBuffer. text is empty after any failure and
+// for a size of zero, which is a success.
+TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
+                             std::string& text);
+
+// The same, with the text converted from ASCII; never a null QString.
+TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
+                             QString& text);
+
+#endif
