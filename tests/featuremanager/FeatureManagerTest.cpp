@@ -76,8 +76,10 @@ TEST_F(FeatureManagerTest, QueriesAnswerTheirAbsentAndFailedValues)
     camera.AddBool("Enable", true);
     camera.AddEnum("Mode", {"Off", "On"}, "On");
     camera.AddString("Label", "front");
+    camera.AddString("Note", "");
     camera.SetWritable("Label", false);
     camera.SetDisplayName("Gain", "Analog gain");
+    camera.SetCategory("Gain", "Analog");
     FeatureManager& fm = Manager();
 
     EXPECT_EQ(-1.0, fm.GetValue("Missing"));
@@ -104,9 +106,12 @@ TEST_F(FeatureManagerTest, QueriesAnswerTheirAbsentAndFailedValues)
     EXPECT_TRUE(fm.GetWritableTextValue("Mode").isEmpty());
     EXPECT_TRUE(fm.GetTextValue("Width").isEmpty());
     for (const QString& text : {fm.GetTextValue("Missing"), fm.GetDisplayName("Missing"),
-                                fm.FirstExistingName(QStringList())}) {
+                                fm.FirstExistingName(QStringList()), fm.GetTextValue("Note")}) {
         EXPECT_TRUE(text.isEmpty() && !text.isNull());
     }
+    // A text of size zero needs no second call.
+    EXPECT_EQ(1, camera.Calls("Note", Op::GetValue));
+    EXPECT_EQ(QString("Analog"), fm.GetCategory("Gain"));
 
     EXPECT_EQ(QString("Analog gain"), fm.FirstExistingDisplayName({"Missing", "Gain", "Width"}));
     EXPECT_EQ(QString("Width"), fm.FirstExistingName({"Width", "Gain"}));
@@ -153,6 +158,7 @@ TEST_F(FeatureManagerTest, RangesAlignTheMaximumAndDefaultAMissingStep)
     EXPECT_EQ(0.0, min);
     EXPECT_EQ(9.0, max);
     EXPECT_EQ(3.0, increment);
+    EXPECT_EQ(3.0, fm.GetIncrement("Width"));
 
     EXPECT_EQ(7.0, fm.GetValueRange("Height", &min, &max, &increment));
     EXPECT_EQ(10.0, max);
@@ -222,21 +228,25 @@ TEST_F(FeatureManagerTest, WritesLogTheFoundNameAndTheCallersName)
 {
     camera.AddInteger("Gain", 4, 0, 10);
     camera.AddBool("Enable", false);
+    camera.AddFloat("Gamma", 1.0, 0.5, 2.0);
     FeatureManager& fm = Manager();
     camera.SetFailure("Gain", Op::SetValue, -7);
     camera.SetFailure("Enable", Op::SetValue, 3);
+    camera.SetFailure("Gamma", Op::SetValue, 5);
 
     g_Lines.clear();
     const QtMessageHandler previous = qInstallMessageHandler(CaptureLine);
     const double result = fm.SetValue("AnalogGain", "Gain", 6.5);
     fm.SetValue("Enable", 1.0);
+    fm.SetValue("Gamma", 1.5);
     fm.SetValue("Missing", 1.0);
     qInstallMessageHandler(previous);
 
     EXPECT_EQ(4.0, result);
     const QStringList expected = {
-        "Set  Gain  =  6.5 ", "Error: FeatureManager::SetValue:Int:  \"AnalogGain\"  :  -7 ",
-        "Set  Enable  =  1 ", "Error: FeatureManager::SetValue:Bool:  \"Enable\"  :  3 "};
+        "Set  Gain  =  6.5 ",  "Error: FeatureManager::SetValue:Int:  \"AnalogGain\"  :  -7 ",
+        "Set  Enable  =  1 ",  "Error: FeatureManager::SetValue:Bool:  \"Enable\"  :  3 ",
+        "Set  Gamma  =  1.5 ", "Error: FeatureManager::SetValue:Double:  \"Gamma\"  :  5 "};
     EXPECT_EQ(expected, g_Lines);
 }
 
