@@ -2,16 +2,15 @@
 #include "PluginFeatureObserver.h"
 #include "SimFeatures.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QMutex>
-#include <QThread>
 #include <QTimer>
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
-#include <thread>
 
 using KST::TrkAPI::Sim::Camera;
 using KST::TrkAPI::Sim::Op;
@@ -52,16 +51,12 @@ public:
         RegisterObservers(false);
     }
 
+    using BaseTabPluginWidget::FillComboBox;
     using BaseTabPluginWidget::m_ChangedFeatures;
     using BaseTabPluginWidget::m_UpdateTimer;
     using BaseTabPluginWidget::RegisterObservers;
     using BaseTabPluginWidget::UnregisterObservers;
     using BaseTabPluginWidget::updateTimer;
-
-    KST::TrkAPI::shared_ptr<PluginFeatureObserver> Observer() const
-    {
-        return KST::TrkAPI::dynamic_pointer_cast<PluginFeatureObserver>(m_FeatureObserver);
-    }
 
     QVector<Dispatch> m_Dispatches;
     std::function<void()> m_OnDispatch;
@@ -129,9 +124,6 @@ TEST(TabBase, TickHandsOnQueuedNamesWithObserversOffAndForgetsThem)
 {
     std::unique_ptr<Camera> camera = MakeCamera();
     ProbeTab tab(MakeFeatureVector(*camera), camera.get());
-    QThread* emitter = nullptr;
-    QObject::connect(tab.Observer().get(), &PluginFeatureObserver::setChangedFeature,
-                     [&emitter] { emitter = QThread::currentThread(); });
 
     // Changes reported on the library's thread are queued to this one,
     // collapse per name, and wait for the tab to be shown.
@@ -140,7 +132,6 @@ TEST(TabBase, TickHandsOnQueuedNamesWithObserversOffAndForgetsThem)
     camera->SetFromCamera("Gain", 2.5);
     camera->SetFromCamera("Width", 800);
     camera->WaitForNotifications();
-    EXPECT_NE(emitter, QThread::currentThread());
     EXPECT_TRUE(tab.m_ChangedFeatures->isEmpty());
     QCoreApplication::processEvents();
     EXPECT_EQ(*tab.m_ChangedFeatures, QStringList({"Gain", "Width"}));
@@ -174,6 +165,29 @@ TEST(TabBase, TickHandsOnQueuedNamesWithObserversOffAndForgetsThem)
     EXPECT_FALSE(tab.m_UpdateTimer->isActive());
     EXPECT_TRUE(tab.m_ChangedFeatures->isEmpty());
     EXPECT_EQ(camera->ObserverCount("Gain"), 0);
+    {
+        ProbeTab destroyed(MakeFeatureVector(*camera), camera.get());
+        ASSERT_EQ(camera->ObserverCount("Gain"), 1);
+    }
+    EXPECT_EQ(camera->ObserverCount("Gain"), 0);
+}
+
+TEST(TabBase, FillComboBoxSelectsTheCurrentEntryAndFollowsWritability)
+{
+    std::unique_ptr<Camera> camera = MakeCamera();
+    ProbeTab tab(MakeFeatureVector(*camera), camera.get());
+    QComboBox combo;
+    EXPECT_FALSE(tab.FillComboBox("Mode", nullptr, false));
+    EXPECT_TRUE(tab.FillComboBox("Mode", &combo, false));
+    EXPECT_TRUE(combo.isEnabled());
+
+    // The list is filled anew; a value that isn't offered selects nothing.
+    camera->SetEntryAvailable("Mode", "Once", false);
+    camera->SetWritable("Mode", false);
+    EXPECT_FALSE(tab.FillComboBox("Mode", &combo, false));
+    EXPECT_FALSE(combo.isEnabled());
+    EXPECT_EQ(combo.count(), 2);
+    EXPECT_EQ(combo.currentIndex(), -1);
 }
 
 TEST(TabBase, SilencesMessagesAndLogsObserverFailures)
@@ -214,13 +228,13 @@ TEST(TabBase, EventsDeliveredInsideADispatchNeitherBlockNorGetLost)
 {
     std::unique_ptr<Camera> camera = MakeCamera();
     ProbeTab tab(MakeFeatureVector(*camera), camera.get());
-    const KST::TrkAPI::shared_ptr<PluginFeatureObserver> observer = tab.Observer();
     tab.m_OnDispatch = [&tab] {
         if (tab.m_Dispatches.size() == 1) {
             QCoreApplication::processEvents();
         }
     };
-    std::thread([&] { observer->FeatureChanged(camera->Find("Gain")); }).join();
+    camera->SetFromCamera("Gain", 1.5);
+    camera->WaitForNotifications();
     QTimer::singleShot(0, &tab, SLOT(updateTimer()));
     tab.m_ChangedFeatures->append("Width");
 
@@ -236,7 +250,10 @@ TEST(TabBase, EventsDeliveredInsideADispatchNeitherBlockNorGetLost)
 
     // At a show the observers stay on, so a notification made on this
     // thread enters directly.
-    tab.m_OnDispatch = [&] { observer->FeatureChanged(camera->Find("Flag")); };
+    tab.m_OnDispatch = [&tab] {
+        QMetaObject::invokeMethod(&tab, "OnFeatureChanged", Q_ARG(QString, "Flag"),
+                                  Q_ARG(QString, QString()));
+    };
     tab.show();
     EXPECT_TRUE(tab.m_ChangedFeatures->contains("Flag"));
 }

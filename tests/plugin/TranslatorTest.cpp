@@ -38,7 +38,6 @@ QString Probe(const QString& workingDirectory, const QString& locale)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("TAB_TRANSLATOR_PROBE", "1");
     environment.insert("LC_ALL", locale);
-    environment.insert("LANG", locale);
     environment.remove("LANGUAGE");
     QProcess process;
     process.setProcessEnvironment(environment);
