@@ -6,7 +6,6 @@
 
 using KST::TrkAPI::dynamic_pointer_cast;
 using KST::TrkAPI::ref_count;
-using KST::TrkAPI::ref_count_base;
 using KST::TrkAPI::shared_ptr;
 
 namespace {
@@ -36,98 +35,65 @@ public:
     void ForceCount(int64_t count) { m_Count = count; }
 };
 
-TEST(SharedPtrTest, CopiesAndAssignmentsShareOneCounterAndTheLastReleaseDestroysOnce)
+TEST(SharedPtrTest, CopiesAndCastsShareOneCounterAndTheLastReleaseDestroysOnce)
 {
     int destroyed = 0;
+    int otherDestroyed = 0;
     {
-        shared_ptr<Tracked> first(new Tracked(&destroyed));
-        EXPECT_EQ(1, first.use_count());
-        {
-            shared_ptr<Tracked> copy(first);
-            shared_ptr<Tracked> assigned;
-            assigned = copy;
-            EXPECT_EQ(3, first.use_count());
-            EXPECT_EQ(first.get(), assigned.get());
-
-            // Self-assignment and assignment between holders of one object
-            // take the new reference before dropping the old one.
-            assigned = assigned;
-            copy = first;
-            EXPECT_EQ(3, first.use_count());
-        }
-        EXPECT_EQ(1, first.use_count());
-        EXPECT_EQ(0, destroyed);
-
-        int otherDestroyed = 0;
+        shared_ptr<Tracked> first(new DerivedTracked(&destroyed));
+        shared_ptr<Tracked> copy(first);
         shared_ptr<Tracked> other(new Tracked(&otherDestroyed));
-        other = first;
+        other = copy;
         EXPECT_EQ(1, otherDestroyed);
-        EXPECT_EQ(2, first.use_count());
-    }
-    EXPECT_EQ(1, destroyed);
-}
+        EXPECT_EQ(3, first.use_count());
+        EXPECT_EQ(first.get(), other.get());
+        // Self-assignment and assignment between holders of one object take
+        // the new reference before dropping the old one.
+        other = other;
+        copy = first;
+        EXPECT_EQ(3, first.use_count());
 
-TEST(SharedPtrTest, EmptyPointersTouchNoCounter)
-{
-    shared_ptr<Tracked> empty;
-    shared_ptr<Tracked> copy(empty);
-    shared_ptr<Tracked> fromNull(static_cast<Tracked*>(nullptr));
-    EXPECT_EQ(0, copy.use_count());
-    EXPECT_EQ(0, fromNull.use_count());
-    EXPECT_FALSE(copy);
+        // Empty pointers touch no counter, and assigning one releases.
+        shared_ptr<Tracked> empty;
+        shared_ptr<Tracked> emptyCopy(empty);
+        EXPECT_EQ(0, shared_ptr<Tracked>(static_cast<Tracked*>(nullptr)).use_count());
+        EXPECT_FALSE(emptyCopy);
+        copy = emptyCopy;
+        other.reset();
+        EXPECT_EQ(1, first.use_count());
 
-    int destroyed = 0;
-    shared_ptr<Tracked> held(new Tracked(&destroyed));
-    copy = held;
-    EXPECT_EQ(2, held.use_count());
-    copy = empty;
-    EXPECT_EQ(1, held.use_count());
-    EXPECT_EQ(0, empty.use_count());
-    held.reset();
-    EXPECT_EQ(1, destroyed);
-}
-
-TEST(SharedPtrTest, DynamicCastSharesTheCounterOrGivesAnEmptyPointer)
-{
-    int destroyed = 0;
-    {
-        shared_ptr<Tracked> base(new DerivedTracked(&destroyed));
-        shared_ptr<DerivedTracked> derived = dynamic_pointer_cast<DerivedTracked>(base);
-        ASSERT_TRUE(derived);
-        EXPECT_EQ(2, base.use_count());
-        EXPECT_EQ(base.get(), derived.get());
-
-        shared_ptr<Tracked> plain(new Tracked(&destroyed));
+        // A cast that fails gives an empty pointer; one that succeeds shares
+        // the counter and keeps the object when the original goes.
+        EXPECT_FALSE(dynamic_pointer_cast<DerivedTracked>(shared_ptr<Tracked>()));
+        shared_ptr<Tracked> plain(new Tracked(&otherDestroyed));
         EXPECT_FALSE(dynamic_pointer_cast<DerivedTracked>(plain));
         EXPECT_EQ(1, plain.use_count());
-        EXPECT_FALSE(dynamic_pointer_cast<DerivedTracked>(shared_ptr<Tracked>()));
-
-        base.reset();
+        shared_ptr<DerivedTracked> derived = dynamic_pointer_cast<DerivedTracked>(first);
+        EXPECT_EQ(first.get(), derived.get());
+        EXPECT_EQ(2, first.use_count());
+        first.reset();
         EXPECT_EQ(0, destroyed);
-        EXPECT_EQ(1, derived.use_count());
     }
-    EXPECT_EQ(2, destroyed);
+    EXPECT_EQ(1, destroyed);
+    EXPECT_EQ(2, otherDestroyed);
 }
 
 TEST(SharedPtrTest, ReleaseAtCountZeroThrowsAndLeavesTheObject)
 {
     int destroyed = 0;
     ExposedCount* counter = new ExposedCount(new Tracked(&destroyed));
-    ref_count_base* base = counter;
-    base->AddRef();
-    EXPECT_EQ(2, base->UseCount());
-    base->ReleaseRef();
-    EXPECT_EQ(1, base->UseCount());
+    counter->AddRef();
+    counter->ReleaseRef();
+    EXPECT_EQ(1, counter->UseCount());
 
     counter->ForceCount(0);
     try {
-        base->ReleaseRef();
+        counter->ReleaseRef();
         FAIL() << "no exception";
     } catch (const std::logic_error& error) {
         EXPECT_STREQ("shared pointer, used incorectly", error.what());
     }
     EXPECT_EQ(0, destroyed);
-
     // The failed release keeps the lock; the destructor releases it.
     counter->ForceCount(1);
     delete counter;

@@ -5,10 +5,8 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <future>
-#include <mutex>
 #include <stdexcept>
 #include <thread>
 
@@ -20,60 +18,36 @@ namespace {
 std::string NameOf(const FeaturePtr& feature)
 {
     unsigned int length = 0;
-    if (feature->GetName(nullptr, length) != 0 || length == 0) {
-        return std::string();
-    }
+    feature->GetName(nullptr, length);
     std::string buffer(length, '\0');
-    if (feature->GetName(&buffer[0], length) != 0) {
-        return std::string();
-    }
+    feature->GetName(&buffer[0], length);
     return buffer.c_str();
 }
 
-// Records each notification with the thread it came on; an optional action
-// runs inside the callback.
-class RecordingObserver : public IFeatureObserver
+// Records the names it is told of, read once the notifications are
+// delivered; an optional action runs inside the call.
+struct RecordingObserver : IFeatureObserver
 {
-public:
     void FeatureChanged(const FeaturePtr& feature) override
     {
-        std::string name = NameOf(feature);
         if (m_Action) {
             m_Action(feature);
         }
-        std::lock_guard<std::mutex> lock(m_Lock);
-        m_Names.push_back(name);
-        m_Threads.push_back(std::this_thread::get_id());
-    }
-
-    std::vector<std::string> Names()
-    {
-        std::lock_guard<std::mutex> lock(m_Lock);
-        return m_Names;
-    }
-
-    std::vector<std::thread::id> Threads()
-    {
-        std::lock_guard<std::mutex> lock(m_Lock);
-        return m_Threads;
+        m_Names.push_back(NameOf(feature));
     }
 
     std::function<void(const FeaturePtr&)> m_Action;
-
-private:
-    std::mutex m_Lock;
     std::vector<std::string> m_Names;
-    std::vector<std::thread::id> m_Threads;
 };
 
 struct Observed
 {
-    Observed() : raw(new RecordingObserver), ptr(raw) {}
-    RecordingObserver* raw;
-    IFeatureObserverPtr ptr;
+    RecordingObserver* raw = new RecordingObserver;
+    IFeatureObserverPtr ptr{raw};
 };
 
-// A small camera with one feature of each type and a region tied to an image.
+// A small camera with numbers, a flag, texts and a command, and a region
+// tied to the image width.
 class SimCameraTest : public ::testing::Test
 {
 protected:
@@ -90,7 +64,6 @@ protected:
         m_Camera.AddEnum("Empty", {}, "");
         m_Camera.AddString("UserID", "cam");
         m_Camera.AddCommand("Start");
-        m_Camera.AddRaw("Blob");
         m_Camera.AddRule(KeepInside("RegionOffsetX", "RegionWidth", "", "Width"));
     }
 
@@ -99,52 +72,48 @@ protected:
     Camera m_Camera;
 };
 
-TEST_F(SimCameraTest, ReadsWorkOnlyForTheirOwnType)
+TEST_F(SimCameraTest, ReadsAnswerForTheirOwnTypeByTheTwoCallProtocol)
 {
-    const std::pair<const char*, TrkFeatureDataType> types[] = {
-        {"Width", TrkFeatureDataInt},   {"Exposure", TrkFeatureDataFloat},
-        {"Mode", TrkFeatureDataEnum},   {"UserID", TrkFeatureDataString},
-        {"Enable", TrkFeatureDataBool}, {"Start", TrkFeatureDataCommand},
-        {"Blob", TrkFeatureDataRaw}};
-    for (const auto& expected : types) {
-        TrkFeatureDataType type = TrkFeatureDataUnknown;
-        EXPECT_EQ(0, F(expected.first)->GetDataType(type));
-        EXPECT_EQ(expected.second, type) << expected.first;
-    }
-
     long long integer = 0;
     double real = 0.0;
-    bool flag = false;
     unsigned int length = 0;
-    EXPECT_EQ(0, F("Width")->GetValue(integer));
-    EXPECT_EQ(640, integer);
     EXPECT_NE(0, F("Width")->GetValue(real));
-    EXPECT_NE(0, F("Exposure")->GetValue(integer));
-    EXPECT_NE(0, F("Enable")->GetValue(integer));
-    EXPECT_NE(0, F("Width")->GetValue(flag));
-    EXPECT_NE(0, F("Width")->GetValue(nullptr, length));
-    EXPECT_NE(0, F("Start")->GetValue(nullptr, length));
-    EXPECT_NE(0, F("Blob")->GetValue(nullptr, length));
     EXPECT_NE(0, F("Exposure")->GetRange(integer, integer));
-    EXPECT_NE(0, F("Width")->GetRange(real, real));
-
+    EXPECT_NE(0, F("Start")->GetValue(nullptr, length));
     // Without a step GetIncrement fails for both kinds of number.
     EXPECT_NE(0, F("Stepless")->GetIncrement(integer));
     EXPECT_NE(0, F("Gamma")->GetIncrement(real));
-    EXPECT_EQ(0, F("Exposure")->GetIncrement(real));
-    EXPECT_DOUBLE_EQ(0.1, real);
+
+    // Buffers too small are refused; empty text has size zero.
+    char buffer[7] = {};
+    length = 5;
+    EXPECT_NE(0, F("Width")->GetName(buffer, length));
+    length = 6;
+    EXPECT_EQ(0, F("Width")->GetDisplayName(buffer, length));
+    EXPECT_STREQ("Width", buffer);
+    m_Camera.SetDisplayName("Width", "");
+    EXPECT_EQ(0, F("Width")->GetDisplayName(nullptr, length));
+    EXPECT_EQ(0u, length);
+    unsigned int count = 99;
+    EXPECT_EQ(0, F("Empty")->GetValues(nullptr, count));
+    EXPECT_EQ(0u, count);
+    const char* entries[3] = {};
+    count = 2;
+    EXPECT_NE(0, F("Mode")->GetValues(entries, count));
+    count = 3;
+    EXPECT_EQ(0, F("Mode")->GetValues(entries, count));
+    EXPECT_STREQ("Continuous", entries[2]);
 }
 
 TEST_F(SimCameraTest, RefusedWritesChangeNothing)
 {
     // The grid counts from the minimum: 16 + 8k.
-    EXPECT_NE(0, F("Width")->SetValue(20LL));
-    EXPECT_NE(0, F("Width")->SetValue(1032LL));
-    EXPECT_NE(0, F("Width")->SetValue(8LL));
+    for (long long refused : {20LL, 1032LL, 8LL}) {
+        EXPECT_NE(0, F("Width")->SetValue(refused)) << refused;
+    }
     EXPECT_NE(0, F("Width")->SetValue(0.5));
+    EXPECT_NE(0, F("Width")->SetValue("640"));
     EXPECT_EQ(640, m_Camera.IntValue("Width"));
-    EXPECT_EQ(0, F("Width")->SetValue(24LL));
-    EXPECT_EQ(24, m_Camera.IntValue("Width"));
     EXPECT_EQ(0, F("Stepless")->SetValue(7LL));
 
     EXPECT_NE(0, F("Exposure")->SetValue(0.55));
@@ -155,63 +124,20 @@ TEST_F(SimCameraTest, RefusedWritesChangeNothing)
     EXPECT_EQ(0, F("Gamma")->SetValue(1.2345));
 
     m_Camera.SetWritable("Enable", false);
-    bool writable = true;
-    EXPECT_EQ(0, F("Enable")->IsWritable(writable));
-    EXPECT_FALSE(writable);
     EXPECT_NE(0, F("Enable")->SetValue(false));
     EXPECT_TRUE(m_Camera.BoolValue("Enable"));
-    EXPECT_NE(0, F("Blob")->SetValue("x"));
 
     m_Camera.SetEntryAvailable("Mode", "Once", false);
-    bool available = true;
-    EXPECT_EQ(0, F("Mode")->IsValueAvailable("Once", available));
-    EXPECT_FALSE(available);
-    EXPECT_NE(0, F("Mode")->IsValueAvailable("Never", available));
-    EXPECT_NE(0, F("Mode")->SetValue("Once"));
-    EXPECT_NE(0, F("Mode")->SetValue("Never"));
-    EXPECT_NE(0, F("Mode")->SetValue(static_cast<const char*>(nullptr)));
+    bool flag = true;
+    EXPECT_NE(0, F("Mode")->IsValueAvailable("Never", flag));
+    for (const char* refused : {"Once", "Never", static_cast<const char*>(nullptr)}) {
+        EXPECT_NE(0, F("Mode")->SetValue(refused));
+    }
     EXPECT_EQ("Off", m_Camera.TextValue("Mode"));
     EXPECT_EQ(0, F("Mode")->SetValue("Continuous"));
-    EXPECT_EQ("Continuous", m_Camera.TextValue("Mode"));
     EXPECT_EQ(0, F("UserID")->SetValue("anything"));
-    EXPECT_NE(0, F("Width")->SetValue("640"));
     EXPECT_NE(0, F("Mode")->RunCommand());
     EXPECT_EQ(0, F("Start")->RunCommand());
-}
-
-TEST_F(SimCameraTest, TextAndListsFollowTheTwoCallProtocol)
-{
-    unsigned int length = 0;
-    ASSERT_EQ(0, F("Width")->GetName(nullptr, length));
-    EXPECT_EQ(6u, length);
-    char small[5] = {};
-    unsigned int smallLength = sizeof small;
-    EXPECT_NE(0, F("Width")->GetName(small, smallLength));
-    char buffer[7] = {};
-    EXPECT_EQ(0, F("Width")->GetName(buffer, length));
-    EXPECT_STREQ("Width", buffer);
-
-    m_Camera.SetDisplayName("Width", "");
-    EXPECT_EQ(0, F("Width")->GetDisplayName(nullptr, length));
-    EXPECT_EQ(0u, length);
-    m_Camera.SetCategory("Width", "/ImageFormat");
-    char category[32] = {};
-    length = sizeof category;
-    EXPECT_EQ(0, F("Width")->GetCategory(category, length));
-    EXPECT_STREQ("/ImageFormat", category);
-
-    unsigned int count = 99;
-    EXPECT_EQ(0, F("Empty")->GetValues(nullptr, count));
-    EXPECT_EQ(0u, count);
-    ASSERT_EQ(0, F("Mode")->GetValues(nullptr, count));
-    ASSERT_EQ(3u, count);
-    const char* entries[3] = {};
-    unsigned int tooFew = 2;
-    EXPECT_NE(0, F("Mode")->GetValues(entries, tooFew));
-    EXPECT_EQ(0, F("Mode")->GetValues(entries, count));
-    EXPECT_STREQ("Off", entries[0]);
-    EXPECT_STREQ("Continuous", entries[2]);
-    EXPECT_NE(0, F("Width")->GetValues(nullptr, count));
 }
 
 TEST_F(SimCameraTest, DependentLimitsFollowEveryWrite)
@@ -242,9 +168,13 @@ TEST_F(SimCameraTest, NotificationsComeFromAnotherThreadForTheWrittenAndTheChang
     Observed width;
     Observed offset;
     Observed gamma;
+    std::thread::id notifier;
     // Reading the feature from inside the callback must not deadlock.
-    long long seen = 0;
-    offset.raw->m_Action = [&](const FeaturePtr& feature) { feature->GetValue(seen); };
+    offset.raw->m_Action = [&](const FeaturePtr& feature) {
+        long long value = 0;
+        feature->GetValue(value);
+        notifier = std::this_thread::get_id();
+    };
     ASSERT_EQ(0, F("Width")->RegisterObserver(width.ptr));
     ASSERT_EQ(0, F("RegionOffsetX")->RegisterObserver(offset.ptr));
     ASSERT_EQ(0, F("Gamma")->RegisterObserver(gamma.ptr));
@@ -252,11 +182,10 @@ TEST_F(SimCameraTest, NotificationsComeFromAnotherThreadForTheWrittenAndTheChang
 
     EXPECT_EQ(0, F("Width")->SetValue(320LL));
     m_Camera.WaitForNotifications();
-    EXPECT_EQ(std::vector<std::string>{"Width"}, width.raw->Names());
-    EXPECT_EQ(std::vector<std::string>{"RegionOffsetX"}, offset.raw->Names());
-    EXPECT_TRUE(gamma.raw->Names().empty());
-    ASSERT_EQ(1u, width.raw->Threads().size());
-    EXPECT_NE(std::this_thread::get_id(), width.raw->Threads()[0]);
+    EXPECT_EQ(std::vector<std::string>{"Width"}, width.raw->m_Names);
+    EXPECT_EQ(std::vector<std::string>{"RegionOffsetX"}, offset.raw->m_Names);
+    EXPECT_TRUE(gamma.raw->m_Names.empty());
+    EXPECT_NE(std::this_thread::get_id(), notifier);
 
     // A refused write notifies nobody; an unchanged value written is notified.
     EXPECT_NE(0, F("Width")->SetValue(321LL));
@@ -265,9 +194,9 @@ TEST_F(SimCameraTest, NotificationsComeFromAnotherThreadForTheWrittenAndTheChang
     EXPECT_DOUBLE_EQ(2.0, m_Camera.FloatValue("Gamma"));
     EXPECT_THROW(m_Camera.SetFromCamera("Gamma", "text"), std::invalid_argument);
     m_Camera.WaitForNotifications();
-    EXPECT_EQ(2u, width.raw->Names().size());
-    EXPECT_EQ(1u, offset.raw->Names().size());
-    EXPECT_EQ(std::vector<std::string>{"Gamma"}, gamma.raw->Names());
+    EXPECT_EQ(2u, width.raw->m_Names.size());
+    EXPECT_EQ(1u, offset.raw->m_Names.size());
+    EXPECT_EQ(std::vector<std::string>{"Gamma"}, gamma.raw->m_Names);
 
     EXPECT_NE(0, F("Width")->RegisterObserver(width.ptr));
     EXPECT_EQ(1, m_Camera.ObserverCount("Width"));
@@ -310,13 +239,12 @@ TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgress)
     m_Camera.SetFromCamera("Gamma", 1.75);
     m_Camera.SetFromCamera("Gamma", 2.0);
     m_Camera.WaitForNotifications();
-    EXPECT_EQ(1u, selfRemoving.raw->Names().size());
+    EXPECT_EQ(1u, selfRemoving.raw->m_Names.size());
     EXPECT_EQ(0, m_Camera.ObserverCount("Gamma"));
 }
 
 TEST_F(SimCameraTest, EachOperationCountsAndFailsUnderItsOwnName)
 {
-    typedef std::function<TrkErrorType(const FeaturePtr&)> Call;
     unsigned int length = 0;
     long long integer = 0;
     bool flag = false;
@@ -327,41 +255,36 @@ TEST_F(SimCameraTest, EachOperationCountsAndFailsUnderItsOwnName)
     {
         const char* name;
         Op op;
-        Call call;
+        std::function<TrkErrorType(Feature&)> call;
     } operations[] = {
-        {"Width", Op::GetName, [&](const FeaturePtr& f) { return f->GetName(nullptr, length); }},
+        {"Width", Op::GetName, [&](Feature& f) { return f.GetName(nullptr, length); }},
         {"Width", Op::GetDisplayName,
-         [&](const FeaturePtr& f) { return f->GetDisplayName(nullptr, length); }},
-        {"Width", Op::GetCategory,
-         [&](const FeaturePtr& f) { return f->GetCategory(nullptr, length); }},
-        {"Width", Op::GetDataType, [&](const FeaturePtr& f) { return f->GetDataType(type); }},
-        {"Width", Op::IsWritable, [&](const FeaturePtr& f) { return f->IsWritable(flag); }},
-        {"Width", Op::GetValue, [&](const FeaturePtr& f) { return f->GetValue(integer); }},
-        {"Mode", Op::GetValues, [&](const FeaturePtr& f) { return f->GetValues(nullptr, length); }},
+         [&](Feature& f) { return f.GetDisplayName(nullptr, length); }},
+        {"Width", Op::GetCategory, [&](Feature& f) { return f.GetCategory(nullptr, length); }},
+        {"Width", Op::GetDataType, [&](Feature& f) { return f.GetDataType(type); }},
+        {"Width", Op::IsWritable, [&](Feature& f) { return f.IsWritable(flag); }},
+        {"Width", Op::GetValue, [&](Feature& f) { return f.GetValue(integer); }},
+        {"Mode", Op::GetValues, [&](Feature& f) { return f.GetValues(nullptr, length); }},
         {"Mode", Op::IsValueAvailable,
-         [&](const FeaturePtr& f) { return f->IsValueAvailable("Once", flag); }},
-        {"Width", Op::GetRange, [&](const FeaturePtr& f) { return f->GetRange(integer, integer); }},
-        {"Width", Op::GetIncrement, [&](const FeaturePtr& f) { return f->GetIncrement(integer); }},
-        {"Width", Op::SetValue, [&](const FeaturePtr& f) { return f->SetValue(648LL); }},
-        {"Start", Op::RunCommand, [&](const FeaturePtr& f) { return f->RunCommand(); }},
+         [&](Feature& f) { return f.IsValueAvailable("Once", flag); }},
+        {"Width", Op::GetRange, [&](Feature& f) { return f.GetRange(integer, integer); }},
+        {"Width", Op::GetIncrement, [&](Feature& f) { return f.GetIncrement(integer); }},
+        {"Width", Op::SetValue, [&](Feature& f) { return f.SetValue(648LL); }},
+        {"Start", Op::RunCommand, [&](Feature& f) { return f.RunCommand(); }},
         {"Gamma", Op::RegisterObserver,
-         [&](const FeaturePtr& f) { return f->RegisterObserver(observer.ptr); }},
+         [&](Feature& f) { return f.RegisterObserver(observer.ptr); }},
         {"Enable", Op::UnregisterObserver,
-         [&](const FeaturePtr& f) { return f->UnregisterObserver(observer.ptr); }},
+         [&](Feature& f) { return f.UnregisterObserver(observer.ptr); }},
     };
     for (const auto& operation : operations) {
         SCOPED_TRACE(operation.name + std::string(" ") + std::to_string(int(operation.op)));
         m_Camera.ResetCalls();
         m_Camera.SetFailure(operation.name, operation.op, -7);
-        EXPECT_EQ(-7, operation.call(F(operation.name)));
+        EXPECT_EQ(-7, operation.call(*F(operation.name)));
         m_Camera.ClearFailure(operation.name, operation.op);
-        EXPECT_EQ(0, operation.call(F(operation.name)));
-        int total = 0;
-        for (int op = 0; op <= int(Op::UnregisterObserver); ++op) {
-            total += m_Camera.TotalCalls(Op(op));
-        }
+        EXPECT_EQ(0, operation.call(*F(operation.name)));
         EXPECT_EQ(2, m_Camera.Calls(operation.name, operation.op));
-        EXPECT_EQ(2, total);
+        EXPECT_EQ(2, m_Camera.TotalCalls(operation.op));
     }
     EXPECT_EQ(1, m_Camera.ObserverCount("Gamma"));
     EXPECT_EQ(0, m_Camera.ObserverCount("Enable"));
@@ -386,7 +309,6 @@ TEST(SimCameraLifetimeTest, FeaturesStayUsableAfterTheCamera)
         feature = camera.Find("Gain");
         ASSERT_EQ(0, feature->RegisterObserver(observer.ptr));
         EXPECT_FALSE(camera.Find("Missing"));
-        EXPECT_EQ(1u, camera.Features().size());
     }
     EXPECT_EQ(0, feature->SetValue(5LL));
     long long value = 0;
@@ -394,7 +316,7 @@ TEST(SimCameraLifetimeTest, FeaturesStayUsableAfterTheCamera)
     EXPECT_EQ(5, value);
     EXPECT_EQ("Gain", NameOf(feature));
     EXPECT_EQ(0, feature->UnregisterObserver(observer.ptr));
-    EXPECT_TRUE(observer.raw->Names().empty());
+    EXPECT_TRUE(observer.raw->m_Names.empty());
 }
 
 } // namespace
