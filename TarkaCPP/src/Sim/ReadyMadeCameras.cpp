@@ -125,10 +125,10 @@ Family DspFamily()
     Family family;
     family.exposure = FloatExposureFeatures("ExposureTime", 0.0);
     family.region = {
-        IntSpec(r, "DSPSubregionLeft", 0, 0, SensorWidth, 2),
-        IntSpec(r, "DSPSubregionTop", 0, 0, SensorHeight, 2),
-        IntSpec(r, "DSPSubregionRight", SensorWidth, 0, SensorWidth, 2),
-        IntSpec(r, "DSPSubregionBottom", SensorHeight, 0, SensorHeight, 2),
+        IntSpec(r, "DSPSubregionLeft", SensorWidth / 4, 0, SensorWidth, 2),
+        IntSpec(r, "DSPSubregionTop", SensorHeight / 4, 0, SensorHeight, 2),
+        IntSpec(r, "DSPSubregionRight", SensorWidth * 3 / 4, 0, SensorWidth, 2),
+        IntSpec(r, "DSPSubregionBottom", SensorHeight * 3 / 4, 0, SensorHeight, 2),
     };
     family.addRules = [](Camera& camera) {
         camera.AddRule(TieLimits("ExposureAutoMin", "ExposureAutoMax"));
