@@ -43,17 +43,17 @@ FeatureEntry& CameraState::Entry(const std::string& name, TrkFeatureDataType typ
     return entry;
 }
 
-void CameraState::Add(const FeatureSpec& spec)
+void CameraState::Add(const FeatureDescription& description)
 {
-    if (IndexOf(spec.name) != NoFeature) {
-        throw std::invalid_argument("feature " + spec.name + " exists already");
+    if (IndexOf(description.name) != NoFeature) {
+        throw std::invalid_argument("feature " + description.name + " exists already");
     }
     std::unique_ptr<FeatureEntry> entry(new FeatureEntry);
-    static_cast<FeatureSpec&>(*entry) = spec;
+    static_cast<FeatureDescription&>(*entry) = description;
     if (entry->displayName.empty()) {
-        entry->displayName = spec.name;
+        entry->displayName = description.name;
     }
-    m_Index[spec.name] = m_Entries.size();
+    m_Index[description.name] = m_Entries.size();
     m_Entries.push_back(std::move(entry));
 }
 

@@ -1,7 +1,7 @@
 #ifndef TARKACPP_SIM_CAMERASTATE_H
 #define TARKACPP_SIM_CAMERASTATE_H
 
-#include "FeatureSpec.h"
+#include "FeatureDescription.h"
 
 #include <array>
 #include <chrono>
@@ -23,7 +23,7 @@ const int OpCount = static_cast<int>(Op::UnregisterObserver) + 1;
 
 // Everything a camera knows about one feature: its description with the
 // current values, and what changes at run time besides.
-struct FeatureEntry : FeatureSpec
+struct FeatureEntry : FeatureDescription
 {
     std::set<std::string> unavailable;
     std::vector<IFeatureObserverPtr> observers;
@@ -80,7 +80,7 @@ public:
     FeatureEntry& Entry(const std::string& name);
     FeatureEntry& Entry(const std::string& name, TrkFeatureDataType type);
     FeatureEntry& Entry(const std::string& name, TrkFeatureDataType type, TrkFeatureDataType alt);
-    void Add(const FeatureSpec& spec);
+    void Add(const FeatureDescription& description);
     void Touch(const FeatureEntry& entry);
 
     // Counts the call and tells the injected failure, if any.

@@ -1,7 +1,7 @@
 #ifndef TARKACPP_SIM_OTHERFEATURES_H
 #define TARKACPP_SIM_OTHERFEATURES_H
 
-#include "FeatureSpec.h"
+#include "FeatureDescription.h"
 
 namespace KST {
 namespace TrkAPI {
@@ -11,10 +11,10 @@ namespace Sim {
 // information, acquisition and trigger, analog controls, lookup table,
 // transport, events, I/O lines, timers, counters, user sets, chunk data,
 // file access and statistics, a few hundred in all, in that order.
-FeatureSpecs OtherFeatures();
+FeatureDescriptions OtherFeatures();
 
 // Exactly count features: the above first, then numbered user parameters.
-FeatureSpecs FillerFeatures(int count);
+FeatureDescriptions FillerFeatures(int count);
 
 } // namespace Sim
 } // namespace TrkAPI

@@ -1,6 +1,6 @@
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
-#include "FeatureSpec.h"
+#include "FeatureDescription.h"
 #include "OtherFeatures.h"
 #include <TarkaCPP/Sim/CameraRules.h>
 
@@ -21,21 +21,21 @@ const std::string ExposureCategory = "/AcquisitionControl/ExposureControl";
 // What sets one family of cameras apart from another.
 struct Family
 {
-    FeatureSpecs exposure;
-    FeatureSpecs region;
+    FeatureDescriptions exposure;
+    FeatureDescriptions region;
     std::function<void(Camera&)> addRules;
 };
 
-FeatureSpecs ImageFeatures()
+FeatureDescriptions ImageFeatures()
 {
     const std::string c = "/ImageFormatControl";
     return {
-        ReadOnly(IntSpec(c, "SensorWidth", SensorWidth, SensorWidth, SensorWidth)),
-        ReadOnly(IntSpec(c, "SensorHeight", SensorHeight, SensorHeight, SensorHeight)),
-        IntSpec(c, "Width", SensorWidth, 32, SensorWidth, 8),
-        IntSpec(c, "Height", SensorHeight, 16, SensorHeight, 2),
-        IntSpec(c, "OffsetX", 0, 0, 0, 8),
-        IntSpec(c, "OffsetY", 0, 0, 0, 2),
+        ReadOnly(IntFeature(c, "SensorWidth", SensorWidth, SensorWidth, SensorWidth)),
+        ReadOnly(IntFeature(c, "SensorHeight", SensorHeight, SensorHeight, SensorHeight)),
+        IntFeature(c, "Width", SensorWidth, 32, SensorWidth, 8),
+        IntFeature(c, "Height", SensorHeight, 16, SensorHeight, 2),
+        IntFeature(c, "OffsetX", 0, 0, 0, 8),
+        IntFeature(c, "OffsetY", 0, 0, 0, 2),
     };
 }
 
@@ -46,16 +46,16 @@ void AddImageRules(Camera& camera)
 }
 
 // Exposure in microseconds with floating auto limits kept in order.
-FeatureSpecs FloatExposureFeatures(const std::string& exposure, double limitIncrement)
+FeatureDescriptions FloatExposureFeatures(const std::string& exposure, double limitIncrement)
 {
     const std::string c = ExposureCategory;
     return {
-        EnumSpec(c, "ExposureMode", {"Timed", "TriggerWidth"}, "Timed"),
-        FloatSpec(c, exposure, 15000.0, 41.0, 60000000.0),
-        EnumSpec(c, "ExposureAuto", AutoModes, "Off"),
-        FloatSpec(c, "ExposureAutoMin", 41.0, 41.0, 60000000.0, limitIncrement),
-        FloatSpec(c, "ExposureAutoMax", 500000.0, 41.0, 60000000.0, limitIncrement),
-        IntSpec(c, "ExposureAutoTarget", 50, 0, 100),
+        EnumFeature(c, "ExposureMode", {"Timed", "TriggerWidth"}, "Timed"),
+        FloatFeature(c, exposure, 15000.0, 41.0, 60000000.0),
+        EnumFeature(c, "ExposureAuto", AutoModes, "Off"),
+        FloatFeature(c, "ExposureAutoMin", 41.0, 41.0, 60000000.0, limitIncrement),
+        FloatFeature(c, "ExposureAutoMax", 500000.0, 41.0, 60000000.0, limitIncrement),
+        IntFeature(c, "ExposureAutoTarget", 50, 0, 100),
     };
 }
 
@@ -65,22 +65,22 @@ Family AutofunctionFamily()
     const std::string r = "/AutofunctionControl";
     Family family;
     family.exposure = {
-        EnumSpec(c, "ExposureMode", {"Timed", "TriggerWidth"}, "Timed"),
-        FloatSpec(c, "ExposureTime", 10000.0, 40.0, 10000000.0),
-        EnumSpec(c, "ExposureAuto", AutoModes, "Off"),
-        EnumSpec(c, "ExposureAutoTimebase", {"1us", "10us", "100us", "1ms"}, "10us"),
-        IntSpec(c, "ExposureAutoMin", 10, 4, 1000000),
-        IntSpec(c, "ExposureAutoMax", 50000, 4, 1000000),
-        IntSpec(c, "ExposureAutoTarget", 50, 0, 100),
+        EnumFeature(c, "ExposureMode", {"Timed", "TriggerWidth"}, "Timed"),
+        FloatFeature(c, "ExposureTime", 10000.0, 40.0, 10000000.0),
+        EnumFeature(c, "ExposureAuto", AutoModes, "Off"),
+        EnumFeature(c, "ExposureAutoTimebase", {"1us", "10us", "100us", "1ms"}, "10us"),
+        IntFeature(c, "ExposureAutoMin", 10, 4, 1000000),
+        IntFeature(c, "ExposureAutoMax", 50000, 4, 1000000),
+        IntFeature(c, "ExposureAutoTarget", 50, 0, 100),
     };
     family.region = {
-        IntSpec(r, "AutofunctionTargetIntensity", 128, 0, 255),
-        BoolSpec(r, "AutofunctionAOIEnable", true),
-        BoolSpec(r, "AutofunctionAOIShowArea", false),
-        IntSpec(r, "AutofunctionAOIOffsetX", 648, 0, SensorWidth, 4),
-        IntSpec(r, "AutofunctionAOIOffsetY", 486, 0, SensorHeight, 2),
-        IntSpec(r, "AutofunctionAOIWidth", 1296, 64, SensorWidth, 4),
-        IntSpec(r, "AutofunctionAOIHeight", 972, 64, SensorHeight, 2),
+        IntFeature(r, "AutofunctionTargetIntensity", 128, 0, 255),
+        BoolFeature(r, "AutofunctionAOIEnable", true),
+        BoolFeature(r, "AutofunctionAOIShowArea", false),
+        IntFeature(r, "AutofunctionAOIOffsetX", 648, 0, SensorWidth, 4),
+        IntFeature(r, "AutofunctionAOIOffsetY", 486, 0, SensorHeight, 2),
+        IntFeature(r, "AutofunctionAOIWidth", 1296, 64, SensorWidth, 4),
+        IntFeature(r, "AutofunctionAOIHeight", 972, 64, SensorHeight, 2),
     };
     family.addRules = [](Camera& camera) {
         // The finest time base can't express the sensor's longest exposures.
@@ -100,14 +100,14 @@ Family AutoModeFamily()
     const std::string r = "/AutoModeControl";
     Family family;
     family.exposure = FloatExposureFeatures("ExposureTimeAbs", 1.0);
-    family.exposure.push_back(IntSpec(c, "ExposureAutoAdjustTol", 5, 0, 50));
-    family.exposure.push_back(IntSpec(c, "ExposureAutoRate", 100, 1, 100));
-    family.exposure.push_back(IntSpec(c, "ExposureAutoOutliers", 0, 0, 1000));
+    family.exposure.push_back(IntFeature(c, "ExposureAutoAdjustTol", 5, 0, 50));
+    family.exposure.push_back(IntFeature(c, "ExposureAutoRate", 100, 1, 100));
+    family.exposure.push_back(IntFeature(c, "ExposureAutoOutliers", 0, 0, 1000));
     family.region = {
-        IntSpec(r, "AutoModeRegionOffsetX", 648, 0, SensorWidth, 8),
-        IntSpec(r, "AutoModeRegionOffsetY", 486, 0, SensorHeight, 2),
-        IntSpec(r, "AutoModeRegionWidth", 1296, 64, SensorWidth, 8),
-        IntSpec(r, "AutoModeRegionHeight", 972, 32, SensorHeight, 2),
+        IntFeature(r, "AutoModeRegionOffsetX", 648, 0, SensorWidth, 8),
+        IntFeature(r, "AutoModeRegionOffsetY", 486, 0, SensorHeight, 2),
+        IntFeature(r, "AutoModeRegionWidth", 1296, 64, SensorWidth, 8),
+        IntFeature(r, "AutoModeRegionHeight", 972, 32, SensorHeight, 2),
     };
     family.addRules = [](Camera& camera) {
         camera.AddRule(TieLimits("ExposureAutoMin", "ExposureAutoMax"));
@@ -125,10 +125,10 @@ Family DspFamily()
     Family family;
     family.exposure = FloatExposureFeatures("ExposureTime", 0.0);
     family.region = {
-        IntSpec(r, "DSPSubregionLeft", SensorWidth / 4, 0, SensorWidth, 2),
-        IntSpec(r, "DSPSubregionTop", SensorHeight / 4, 0, SensorHeight, 2),
-        IntSpec(r, "DSPSubregionRight", SensorWidth * 3 / 4, 0, SensorWidth, 2),
-        IntSpec(r, "DSPSubregionBottom", SensorHeight * 3 / 4, 0, SensorHeight, 2),
+        IntFeature(r, "DSPSubregionLeft", SensorWidth / 4, 0, SensorWidth, 2),
+        IntFeature(r, "DSPSubregionTop", SensorHeight / 4, 0, SensorHeight, 2),
+        IntFeature(r, "DSPSubregionRight", SensorWidth * 3 / 4, 0, SensorWidth, 2),
+        IntFeature(r, "DSPSubregionBottom", SensorHeight * 3 / 4, 0, SensorHeight, 2),
     };
     family.addRules = [](Camera& camera) {
         camera.AddRule(TieLimits("ExposureAutoMin", "ExposureAutoMax"));
@@ -169,19 +169,20 @@ const NamedFamily* FindFamily(const std::string& name)
     return nullptr;
 }
 
-void InsertBefore(FeatureSpecs& specs, const std::string& category, const FeatureSpecs& block)
+void InsertBefore(FeatureDescriptions& descriptions, const std::string& category,
+                  const FeatureDescriptions& block)
 {
-    FeatureSpecs::iterator at =
-        std::find_if(specs.begin(), specs.end(), [&](const FeatureSpec& spec) {
-            return spec.category.compare(0, category.size(), category) == 0;
+    FeatureDescriptions::iterator at = std::find_if(
+        descriptions.begin(), descriptions.end(), [&](const FeatureDescription& description) {
+            return description.category.compare(0, category.size(), category) == 0;
         });
-    specs.insert(at, block.begin(), block.end());
+    descriptions.insert(at, block.begin(), block.end());
 }
 
-std::unique_ptr<Camera> Assemble(const Family& family, const FeatureSpecs& specs)
+std::unique_ptr<Camera> Assemble(const Family& family, const FeatureDescriptions& descriptions)
 {
     std::unique_ptr<Camera> camera(new Camera);
-    AddFeatures(*camera, specs);
+    AddFeatures(*camera, descriptions);
     AddImageRules(*camera);
     family.addRules(*camera);
     AddAcquisitionSimulation(*camera);
@@ -191,11 +192,11 @@ std::unique_ptr<Camera> Assemble(const Family& family, const FeatureSpecs& specs
 // The family's features among the others, where a camera lists them.
 std::unique_ptr<Camera> AssembleAmongOthers(const Family& family)
 {
-    FeatureSpecs specs = OtherFeatures();
-    InsertBefore(specs, "/ImageFormatControl", ImageFeatures());
-    InsertBefore(specs, "/LUTControl", family.exposure);
-    InsertBefore(specs, "/EventControl", family.region);
-    return Assemble(family, specs);
+    FeatureDescriptions descriptions = OtherFeatures();
+    InsertBefore(descriptions, "/ImageFormatControl", ImageFeatures());
+    InsertBefore(descriptions, "/LUTControl", family.exposure);
+    InsertBefore(descriptions, "/EventControl", family.region);
+    return Assemble(family, descriptions);
 }
 
 } // namespace
@@ -242,11 +243,11 @@ std::unique_ptr<Camera> MakeCamera(const std::string& name, int otherFeatures)
         return nullptr;
     }
     Family family = named->make();
-    FeatureSpecs specs = FillerFeatures(otherFeatures);
-    for (const FeatureSpecs& block : {ImageFeatures(), family.exposure, family.region}) {
-        specs.insert(specs.end(), block.begin(), block.end());
+    FeatureDescriptions descriptions = FillerFeatures(otherFeatures);
+    for (const FeatureDescriptions& block : {ImageFeatures(), family.exposure, family.region}) {
+        descriptions.insert(descriptions.end(), block.begin(), block.end());
     }
-    return Assemble(family, specs);
+    return Assemble(family, descriptions);
 }
 
 } // namespace Sim

@@ -108,49 +108,49 @@ void Camera::RunNotifier()
     }
 }
 
-void Camera::Add(const FeatureSpec& spec)
+void Camera::Add(const FeatureDescription& description)
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
-    m_State->Add(spec);
+    m_State->Add(description);
     m_Features.push_back(FeaturePtr(new SimFeature(m_State, m_Features.size())));
 }
 
 void Camera::AddInteger(const std::string& name, long long value, long long min, long long max,
                         long long increment)
 {
-    Add(IntSpec("/", name, value, min, max, increment));
+    Add(IntFeature("/", name, value, min, max, increment));
 }
 
 void Camera::AddFloat(const std::string& name, double value, double min, double max,
                       double increment)
 {
-    Add(FloatSpec("/", name, value, min, max, increment));
+    Add(FloatFeature("/", name, value, min, max, increment));
 }
 
 void Camera::AddBool(const std::string& name, bool value)
 {
-    Add(BoolSpec("/", name, value));
+    Add(BoolFeature("/", name, value));
 }
 
 void Camera::AddEnum(const std::string& name, const std::vector<std::string>& entries,
                      const std::string& current)
 {
-    Add(EnumSpec("/", name, entries, current));
+    Add(EnumFeature("/", name, entries, current));
 }
 
 void Camera::AddString(const std::string& name, const std::string& value)
 {
-    Add(StringSpec("/", name, value));
+    Add(StringFeature("/", name, value));
 }
 
 void Camera::AddCommand(const std::string& name)
 {
-    Add(CommandSpec("/", name));
+    Add(CommandFeature("/", name));
 }
 
 void Camera::AddRaw(const std::string& name)
 {
-    Add(RawSpec("/", name));
+    Add(RawFeature("/", name));
 }
 
 void Camera::SetDisplayName(const std::string& name, const std::string& displayName)

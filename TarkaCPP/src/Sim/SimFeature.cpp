@@ -91,7 +91,8 @@ SimFeature::SimFeature(const std::shared_ptr<CameraState>& state, size_t index)
 {}
 
 template <class T>
-TrkErrorType SimFeature::SetNumber(TrkFeatureDataType type, Number<T> FeatureSpec::*number, T value)
+TrkErrorType SimFeature::SetNumber(TrkFeatureDataType type, Number<T> FeatureDescription::*number,
+                                   T value)
 {
     return m_State->Write(
         m_Index, Op::SetValue,

@@ -1,7 +1,7 @@
 #ifndef TARKACPP_SIM_SIMFEATURE_H
 #define TARKACPP_SIM_SIMFEATURE_H
 
-#include "FeatureSpec.h"
+#include "FeatureDescription.h"
 
 #include <memory>
 
@@ -49,7 +49,7 @@ private:
     // Writes a number of the feature's own type, refusing it off its range
     // or grid.
     template <class T>
-    TrkErrorType SetNumber(TrkFeatureDataType type, Number<T> FeatureSpec::*number, T value);
+    TrkErrorType SetNumber(TrkFeatureDataType type, Number<T> FeatureDescription::*number, T value);
 
     // Runs read under the camera's lock after counting the call and applying
     // an injected failure; read returns the result code.

@@ -15,7 +15,7 @@ namespace TrkAPI {
 namespace Sim {
 
 class CameraState;
-struct FeatureSpec;
+struct FeatureDescription;
 
 // The operations of a feature, one per operation name whatever the overload;
 // used to inject failures and to count calls.
@@ -187,9 +187,9 @@ public:
 
 private:
     // Ready-made cameras add features from their descriptions.
-    friend void AddFeatures(Camera& camera, const std::vector<FeatureSpec>& specs);
+    friend void AddFeatures(Camera& camera, const std::vector<FeatureDescription>& descriptions);
 
-    void Add(const FeatureSpec& spec);
+    void Add(const FeatureDescription& description);
     // Applies change; name, if not empty, is notified even if unchanged.
     void ChangeAndNotify(const std::string& name, const Rule& change);
     void RunNotifier();
