@@ -16,13 +16,18 @@
 #include <QPushButton>
 #include <QTranslator>
 
+#include <cmath>
+
 namespace {
 
 // The whole part of a value read from the camera, as the reference size
 // keeps it. Going through a signed integer keeps the -1.0 of a failed read
-// defined.
+// defined; a camera that reports a step of 0 makes the stepped sizes not a
+// number, and such a size counts as 0.
 quint64 TruncateToSize(double value)
 {
+    if (!std::isfinite(value))
+        return 0;
     return quint64(qint64(value));
 }
 
