@@ -55,6 +55,11 @@ int main(int argc, char** argv)
     if (!loaded) {
         return Fail(loader.ErrorText(), 1);
     }
+    // A screenshot named relative to where the viewer was started lands
+    // there, whatever the working directory becomes below.
+    const QString screenshotFile = options.ScreenshotFile().isEmpty()
+                                       ? QString()
+                                       : QFileInfo(options.ScreenshotFile()).absoluteFilePath();
     // Tabs find their translations under "plugins/" relative to the working
     // directory, so it is the folder that holds the plug-in folder.
     QDir::setCurrent(QFileInfo(pluginDirectory).absolutePath());
@@ -63,9 +68,8 @@ int main(int argc, char** argv)
     window.OpenCamera(options.Camera());
     window.show();
 
-    if (!options.ScreenshotFile().isEmpty()) {
-        const QString file = options.ScreenshotFile();
-        QTimer::singleShot(ScreenshotDelayMs, &window, [&window, file]() {
+    if (!screenshotFile.isEmpty()) {
+        QTimer::singleShot(ScreenshotDelayMs, &window, [&window, file = screenshotFile]() {
             if (window.grab().save(file, "PNG")) {
                 QApplication::exit(0);
             } else {
