@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <vector>
 
 using KST::TrkAPI::Sim::Camera;
 using KST::TrkAPI::Sim::CameraAccess;
@@ -22,32 +22,27 @@ void CaptureLine(QtMsgType type, const QMessageLogContext&, const QString& text)
     }
 }
 
-// A camera built by each test, and a manager over its features made on first use.
-class FeatureManagerTest : public ::testing::Test
+typedef std::vector<double> Values;
+
+// The value, writable flag, minimum, maximum and increment that a range
+// query reports, from outputs that start at 5.
+Values Range(FeatureManager& fm, const QString& name, const QString& alt1 = QString())
 {
-protected:
-    FeatureManager& Manager()
-    {
-        if (!m_Manager) {
-            m_Manager.reset(new FeatureManager(MakeFeatureVector(camera)));
-        }
-        return *m_Manager;
-    }
-
-    Camera camera;
-
-private:
-    std::unique_ptr<FeatureManager> m_Manager;
-};
+    bool writable = true;
+    double min = 5.0, max = 5.0, increment = 5.0;
+    const double value = fm.GetValueRange(name, alt1, &writable, &min, &max, &increment);
+    return {value, double(writable), min, max, increment};
+}
 
 } // namespace
 
-TEST_F(FeatureManagerTest, LookupPrefersNamesInOrderAndRepeatsTheAlternativeWalk)
+TEST(FeatureManager, LookupPrefersNamesInOrderAndRepeatsTheAlternativeWalk)
 {
+    Camera camera;
     camera.AddInteger("Height", 480, 1, 960);
     camera.AddInteger("Width", 640, 1, 1280);
     camera.AddInteger("OffsetX", 0, 0, 640);
-    FeatureManager& fm = Manager();
+    FeatureManager fm(MakeFeatureVector(camera));
 
     EXPECT_EQ(camera.Find("Width"), fm.FindFeature("Width", "Height"));
     EXPECT_FALSE(fm.HasFeature("width"));
@@ -69,8 +64,9 @@ TEST_F(FeatureManagerTest, LookupPrefersNamesInOrderAndRepeatsTheAlternativeWalk
     EXPECT_TRUE(fm.HasFeature("OffsetX"));
 }
 
-TEST_F(FeatureManagerTest, QueriesAnswerTheirAbsentAndFailedValues)
+TEST(FeatureManager, QueriesAnswerTheirAbsentAndFailedValues)
 {
+    Camera camera;
     camera.AddInteger("Width", 640, 16, 1280, 16);
     camera.AddFloat("Gain", 2.5, 0.0, 24.0);
     camera.AddBool("Enable", true);
@@ -80,7 +76,7 @@ TEST_F(FeatureManagerTest, QueriesAnswerTheirAbsentAndFailedValues)
     camera.SetWritable("Label", false);
     camera.SetDisplayName("Gain", "Analog gain");
     camera.SetCategory("Gain", "Analog");
-    FeatureManager& fm = Manager();
+    FeatureManager fm(MakeFeatureVector(camera));
 
     EXPECT_EQ(-1.0, fm.GetValue("Missing"));
     EXPECT_EQ(640.0, fm.GetValue("Missing", "Width"));
@@ -90,8 +86,6 @@ TEST_F(FeatureManagerTest, QueriesAnswerTheirAbsentAndFailedValues)
     camera.SetFailure("Enable", Op::GetValue);
     EXPECT_EQ(0.0, fm.GetValue("Enable"));
 
-    EXPECT_TRUE(fm.IsFloat("Gain"));
-    EXPECT_FALSE(fm.IsFloat("Width"));
     camera.SetFailure("Gain", Op::GetDataType);
     EXPECT_FALSE(fm.IsFloat("Gain"));
     EXPECT_TRUE(fm.CanWrite("Width"));
@@ -120,56 +114,26 @@ TEST_F(FeatureManagerTest, QueriesAnswerTheirAbsentAndFailedValues)
     EXPECT_TRUE(fm.FirstExistingDisplayName({"Gain", "Width"}).isEmpty());
 }
 
-TEST(AlignDownToStep, KeepsToTheGridBelowTheUpperBound)
+TEST(FeatureManager, RangesAlignTheMaximumAndDefaultAMissingStep)
 {
-    EXPECT_EQ(9.0, AlignDownToStep(0, 10, 3));
-    EXPECT_EQ(11.0, AlignDownToStep(2, 11, 3));
-    EXPECT_EQ(998.0, AlignDownToStep(10, 1000, 4));
-    EXPECT_EQ(0.3, AlignDownToStep(0, 0.3, 0.1));
-    EXPECT_EQ(0.7, AlignDownToStep(0, 0.7, 0.1));
-    EXPECT_EQ(-10.0, AlignDownToStep(-10, -7, 4));
-    EXPECT_EQ(100.0, AlignDownToStep(0, 100, -1));
-    EXPECT_EQ(100.0, AlignDownToStep(0, 100, 0));
-    EXPECT_EQ(5.0, AlignDownToStep(5, 5, 2));
-}
-
-TEST_F(FeatureManagerTest, RangesAlignTheMaximumAndDefaultAMissingStep)
-{
+    Camera camera;
     camera.AddInteger("Width", 7, 0, 10, 3);
     camera.AddInteger("Height", 7, 0, 10, 0);
     camera.AddFloat("Gain", 2.5, 0.0, 24.0);
     camera.AddEnum("Mode", {"Off", "On"}, "On");
-    FeatureManager& fm = Manager();
+    FeatureManager fm(MakeFeatureVector(camera));
 
-    bool writable = true;
-    double min = 5.0, max = 5.0, increment = 5.0;
-    EXPECT_EQ(-1.0, fm.GetValueRange("Missing", &writable, &min, &max, &increment));
-    EXPECT_TRUE(writable);
-    EXPECT_EQ(5.0, min);
-    EXPECT_EQ(5.0, increment);
-
-    EXPECT_EQ(-1.0, fm.GetValueRange("Mode", &writable, &min, &max, &increment));
-    EXPECT_FALSE(writable);
-    EXPECT_EQ(-1.0, min);
-    EXPECT_EQ(-1.0, max);
-    EXPECT_EQ(-1.0, increment);
-
-    EXPECT_EQ(7.0, fm.GetValueRange("Missing", "Width", &min, &max, &increment));
-    EXPECT_EQ(0.0, min);
-    EXPECT_EQ(9.0, max);
-    EXPECT_EQ(3.0, increment);
+    EXPECT_EQ(Range(fm, "Missing"), Values({-1.0, 1.0, 5.0, 5.0, 5.0}));
+    EXPECT_EQ(Range(fm, "Mode"), Values({-1.0, 0.0, -1.0, -1.0, -1.0}));
+    EXPECT_EQ(Range(fm, "Missing", "Width"), Values({7.0, 1.0, 0.0, 9.0, 3.0}));
     EXPECT_EQ(3.0, fm.GetIncrement("Width"));
-
-    EXPECT_EQ(7.0, fm.GetValueRange("Height", &min, &max, &increment));
-    EXPECT_EQ(10.0, max);
-    EXPECT_EQ(1.0, increment);
+    EXPECT_EQ(Range(fm, "Height"), Values({7.0, 1.0, 0.0, 10.0, 1.0}));
     EXPECT_EQ(-1.0, fm.GetIncrement("Height"));
+    EXPECT_EQ(Range(fm, "Gain"), Values({2.5, 1.0, 0.0, 24.0, 0.01}));
 
-    EXPECT_EQ(2.5, fm.GetValueRange("Gain", &min, &max, &increment));
-    EXPECT_EQ(24.0, max);
-    EXPECT_EQ(0.01, increment);
-
-    // A failed step leaves the bounds; failed bounds read as -1.
+    // A failed step leaves the bounds and the maximum unaligned; failed
+    // bounds read as -1.
+    double min = 0.0, max = 0.0;
     camera.SetFailure("Width", Op::GetIncrement);
     EXPECT_EQ(7.0, fm.GetValueRange("Width", &min, &max));
     EXPECT_EQ(10.0, max);
@@ -177,20 +141,32 @@ TEST_F(FeatureManagerTest, RangesAlignTheMaximumAndDefaultAMissingStep)
     fm.GetValueRange("Width", &min, &max);
     EXPECT_EQ(-1.0, min);
     EXPECT_EQ(-1.0, max);
+
+    // Alignment on its own: on the grid, a rounding error under it, an upper
+    // bound below the lower one, no usable step, a single point.
+    EXPECT_EQ(11.0, AlignDownToStep(2, 11, 3));
+    EXPECT_EQ(0.7, AlignDownToStep(0, 0.7, 0.1));
+    EXPECT_EQ(6.0, AlignDownToStep(10, 7, 4));
+    EXPECT_EQ(100.0, AlignDownToStep(0, 100, -1));
+    EXPECT_EQ(100.0, AlignDownToStep(0, 100, 0));
+    EXPECT_EQ(5.0, AlignDownToStep(5, 5, 2));
 }
 
-TEST_F(FeatureManagerTest, FloatingRangeAssertsItsOutputs)
+TEST(FeatureManager, FloatingRangeAssertsItsOutputs)
 {
     ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    Camera camera;
     camera.AddFloat("Gain", 2.5, 0.0, 24.0);
+    FeatureManager fm(MakeFeatureVector(camera));
     double value = 0.0;
-    EXPECT_DEATH(Manager().GetValueRange("Gain", nullptr, &value), "\"min\"");
-    EXPECT_DEATH(Manager().GetValueRange("Gain", &value, nullptr), "\"max\"");
-    EXPECT_DEATH(Manager().GetValueRange("Gain", &value, &value, nullptr), "\"increment\"");
+    EXPECT_DEATH(fm.GetValueRange("Gain", nullptr, &value), "\"min\"");
+    EXPECT_DEATH(fm.GetValueRange("Gain", &value, nullptr), "\"max\"");
+    EXPECT_DEATH(fm.GetValueRange("Gain", &value, &value, nullptr), "\"increment\"");
 }
 
-TEST_F(FeatureManagerTest, NumericWritesAlignClampAndReadBack)
+TEST(FeatureManager, NumericWritesAlignClampReadBackAndLogTheirErrors)
 {
+    Camera camera;
     camera.AddInteger("Exposure", 50, 0, 100, 10);
     camera.AddInteger("Width", 10, 10, 1000, 4);
     camera.AddInteger("Binning", 1, 1, 8);
@@ -201,7 +177,7 @@ TEST_F(FeatureManagerTest, NumericWritesAlignClampAndReadBack)
     camera.AddEnum("Mode", {"Off", "On"}, "On");
     camera.AddInteger("Height", 480, 1, 960);
     camera.SetWritable("Height", false);
-    FeatureManager& fm = Manager();
+    FeatureManager fm(MakeFeatureVector(camera));
 
     EXPECT_EQ(30.0, fm.SetValue("Exposure", 37));
     EXPECT_EQ(998.0, fm.SetValue("Width", 5000));
@@ -222,42 +198,39 @@ TEST_F(FeatureManagerTest, NumericWritesAlignClampAndReadBack)
     camera.ResetCalls();
     fm.SetValue("Exposure", 30);
     EXPECT_EQ(1, camera.Calls("Exposure", Op::SetValue));
-}
 
-TEST_F(FeatureManagerTest, WritesLogTheFoundNameAndTheCallersName)
-{
-    camera.AddInteger("Gain", 4, 0, 10);
-    camera.AddBool("Enable", false);
-    camera.AddFloat("Gamma", 1.0, 0.5, 2.0);
-    FeatureManager& fm = Manager();
-    camera.SetFailure("Gain", Op::SetValue, -7);
+    // A failed write logs the name found and the name asked for, and still
+    // reads back.
+    camera.SetFailure("Binning", Op::SetValue, -7);
     camera.SetFailure("Enable", Op::SetValue, 3);
     camera.SetFailure("Gamma", Op::SetValue, 5);
-
     g_Lines.clear();
     const QtMessageHandler previous = qInstallMessageHandler(CaptureLine);
-    const double result = fm.SetValue("AnalogGain", "Gain", 6.5);
+    EXPECT_EQ(3.0, fm.SetValue("BinningX", "Binning", 6.5));
     fm.SetValue("Enable", 1.0);
     fm.SetValue("Gamma", 1.5);
     fm.SetValue("Missing", 1.0);
     qInstallMessageHandler(previous);
-
-    EXPECT_EQ(4.0, result);
     const QStringList expected = {
-        "Set  Gain  =  6.5 ",  "Error: FeatureManager::SetValue:Int:  \"AnalogGain\"  :  -7 ",
-        "Set  Enable  =  1 ",  "Error: FeatureManager::SetValue:Bool:  \"Enable\"  :  3 ",
-        "Set  Gamma  =  1.5 ", "Error: FeatureManager::SetValue:Double:  \"Gamma\"  :  5 "};
+        "Set  Binning  =  6.5 ", "Error: FeatureManager::SetValue:Int:  \"BinningX\"  :  -7 ",
+        "Set  Enable  =  1 ",    "Error: FeatureManager::SetValue:Bool:  \"Enable\"  :  3 ",
+        "Set  Gamma  =  1.5 ",   "Error: FeatureManager::SetValue:Double:  \"Gamma\"  :  5 "};
     EXPECT_EQ(expected, g_Lines);
 }
 
-TEST_F(FeatureManagerTest, TextWritesAndCommandsReportAsStated)
+TEST(FeatureManager, TextWritesCommandsAndEntriesReportAsStated)
 {
+    Camera camera;
     camera.AddEnum("Mode", {"Off", "On"}, "Off");
     camera.AddString("On", "named like an entry");
     camera.AddCommand("Start");
     bool started = false;
     camera.SetCommandAction("Start", [&started](CameraAccess&) { started = true; });
-    FeatureManager& fm = Manager();
+    camera.AddEnum("Timebase", {"1us", "10us", "100us", "1ms"}, "10us");
+    camera.AddEnum("Empty", {"Only"}, "Only");
+    camera.SetEntryAvailable("Timebase", "10us", false);
+    camera.SetEntryAvailable("Empty", "Only", false);
+    FeatureManager fm(MakeFeatureVector(camera));
 
     EXPECT_EQ(QString("On"), fm.SetValue("Mode", QString("On")));
     EXPECT_EQ("On", camera.TextValue("Mode"));
@@ -272,16 +245,8 @@ TEST_F(FeatureManagerTest, TextWritesAndCommandsReportAsStated)
     EXPECT_TRUE(started);
     // The library refuses to run a feature that is no command.
     EXPECT_TRUE(fm.RunCommand("Mode"));
-}
 
-TEST_F(FeatureManagerTest, AvailableEntriesKeepTheLibrarysOrder)
-{
-    camera.AddEnum("Timebase", {"1us", "10us", "100us", "1ms"}, "10us");
-    camera.AddEnum("Empty", {"Only"}, "Only");
-    camera.SetEntryAvailable("Timebase", "10us", false);
-    camera.SetEntryAvailable("Empty", "Only", false);
-    FeatureManager& fm = Manager();
-
+    // Available entries keep the library's order.
     EXPECT_EQ(QStringList({"1us", "100us", "1ms"}), fm.GetAvailableEntries("Missing", "Timebase"));
     EXPECT_EQ(4, fm.GetEntriesOf(fm.FindFeature(QString("Timebase"))).size());
     EXPECT_TRUE(fm.GetAvailableEntries("Empty").isEmpty());
