@@ -23,6 +23,11 @@ inline QString FromAscii(const char* text, int size = -1)
     return QString::fromAscii(text, size);
 }
 
+inline QString FromAscii(const QByteArray& text)
+{
+    return QString::fromAscii(text);
+}
+
 inline QtMsgHandler InstallMsgHandler(QtMsgHandler handler)
 {
     return qInstallMsgHandler(handler);

@@ -619,9 +619,8 @@ void AutoROIWidget::OnSpinExpAutoMaxChanged(double value)
 void AutoROIWidget::OnExpAutoTimebaseChanged(QString value)
 {
     // Only ASCII reaches the camera.
-    const QByteArray ascii = Qt4Compat::ToAscii(value);
     m_FeatureManager->SetValue("ExposureAutoTimebase",
-                               Qt4Compat::FromAscii(ascii.constData(), ascii.size()));
+                               Qt4Compat::FromAscii(Qt4Compat::ToAscii(value)));
 }
 
 void AutoROIWidget::OnBtnExpAutoMinCurrentClicked()
