@@ -5,7 +5,6 @@
 #include "Qt4Compat.h"
 
 #include <cmath>
-#include <new>
 #include <vector>
 
 using KST::TrkAPI::Feature;
@@ -36,31 +35,6 @@ QString TextOf(const FeaturePtr& feature, FeatureTextGetter getter)
         ReadFeatureText(*feature, getter, text);
     }
     return text;
-}
-
-// The entries of an enumeration, read in two calls like a text. The strings
-// belong to the library and are copied; any failure gives no entries.
-std::vector<std::string> ReadEntries(Feature& feature)
-{
-    std::vector<std::string> entries;
-    unsigned int count = 0;
-    if (feature.GetValues(nullptr, count) != 0 || count == 0) {
-        return entries;
-    }
-    try {
-        std::vector<const char*> pointers(count, nullptr);
-        unsigned int filled = count;
-        if (feature.GetValues(pointers.data(), filled) != 0) {
-            return entries;
-        }
-        entries.reserve(count);
-        for (unsigned int i = 0; i < count; ++i) {
-            entries.push_back(std::string(pointers[i]));
-        }
-    } catch (const std::bad_alloc&) {
-        entries.clear();
-    }
-    return entries;
 }
 
 // A failed numeric read yields -1 of the read's type, and false for a flag.
@@ -579,7 +553,7 @@ QStringList FeatureManager::GetEntriesOf(FeaturePtr feature)
     if (!feature) {
         return result;
     }
-    const std::vector<std::string> entries = ReadEntries(*feature);
+    const std::vector<std::string> entries = ReadFeatureEntries(*feature);
     for (const std::string& entry : entries) {
         result.append(TextToQString(entry));
     }

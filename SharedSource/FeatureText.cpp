@@ -35,3 +35,26 @@ TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGet
     text = Qt4Compat::FromAscii(ascii.c_str(), static_cast<int>(ascii.size()));
     return result;
 }
+
+std::vector<std::string> ReadFeatureEntries(KST::TrkAPI::Feature& feature)
+{
+    std::vector<std::string> entries;
+    unsigned int count = 0;
+    if (feature.GetValues(nullptr, count) != 0 || count == 0) {
+        return entries;
+    }
+    try {
+        std::vector<const char*> pointers(count, nullptr);
+        unsigned int filled = count;
+        if (feature.GetValues(pointers.data(), filled) != 0) {
+            return entries;
+        }
+        entries.reserve(count);
+        for (const char* entry : pointers) {
+            entries.push_back(entry != nullptr ? entry : "");
+        }
+    } catch (const std::bad_alloc&) {
+        entries.clear();
+    }
+    return entries;
+}

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <string>
+#include <vector>
 
 // One of the library's text reads: GetName, GetDisplayName, GetCategory, or
 // FeatureValueText for the text form of a value.
@@ -28,5 +29,10 @@ TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGet
 // The same, with the text converted from ASCII; never a null QString.
 TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
                              QString& text);
+
+// The entries of an enumeration, read in two calls like a text: the count
+// with a null array, then the library's pointers, of which exactly that many
+// are copied (a null pointer as empty text). Any failure gives no entries.
+std::vector<std::string> ReadFeatureEntries(KST::TrkAPI::Feature& feature);
 
 #endif

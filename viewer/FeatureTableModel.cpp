@@ -3,8 +3,6 @@
 #include <FeatureText.h>
 #include <PluginFeatureObserver.h>
 
-#include <vector>
-
 namespace {
 
 typedef KST::TrkAPI::Feature Feature;
@@ -42,19 +40,9 @@ QString ValueText(const Feature& feature)
 
 QString EntriesText(Feature& feature)
 {
-    unsigned int count = 0;
-    if (feature.GetValues(nullptr, count) != 0 || count == 0) {
-        return QString();
-    }
-    std::vector<const char*> entries(count, nullptr);
-    if (feature.GetValues(entries.data(), count) != 0) {
-        return QString();
-    }
     QStringList names;
-    for (const char* entry : entries) {
-        if (entry != nullptr) {
-            names << QString::fromLatin1(entry);
-        }
+    for (const std::string& entry : ReadFeatureEntries(feature)) {
+        names << QString::fromStdString(entry);
     }
     return names.join(QStringLiteral(", "));
 }
