@@ -2,8 +2,10 @@
 #define TARKACPP_TARKACPP_H
 
 // The camera library's public interface: features reached by name through
-// reference-counted pointers, and observers of their changes.
+// reference-counted pointers, observers of their changes, and the opened
+// camera that owns them.
 
+#include <TarkaCPP/Device.h>
 #include <TarkaCPP/Feature.h>
 #include <TarkaCPP/IFeatureObserver.h>
 #include <TarkaCPP/Mutex.h>

@@ -1,6 +1,7 @@
 #ifndef TARKACPP_SIM_SIMCAMERA_H
 #define TARKACPP_SIM_SIMCAMERA_H
 
+#include <TarkaCPP/Device.h>
 #include <TarkaCPP/Feature.h>
 
 #include <chrono>
@@ -108,11 +109,11 @@ typedef std::function<void(CameraAccess&)> Rule;
 // The features share the camera's state, so FeaturePtrs stay usable after
 // the Camera object is gone; notifications then stop. The Camera object must
 // not be destroyed from inside an observer callback.
-class Camera
+class Camera : public Device
 {
 public:
     Camera();
-    ~Camera();
+    ~Camera() override;
 
     Camera(const Camera&) = delete;
     Camera& operator=(const Camera&) = delete;
@@ -168,8 +169,8 @@ public:
     void Change(const Rule& change);
 
     // The features in the camera's order, and one by name (empty if absent).
-    std::vector<FeaturePtr> Features() const;
-    FeaturePtr Find(const std::string& name) const;
+    std::vector<FeaturePtr> Features() const override;
+    FeaturePtr Find(const std::string& name) const override;
 
     // Test hooks. A failure makes that operation of that feature return code
     // until cleared. Calls are counted whether they fail or not.

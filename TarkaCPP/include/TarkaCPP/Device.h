@@ -1,0 +1,30 @@
+#ifndef TARKACPP_DEVICE_H
+#define TARKACPP_DEVICE_H
+
+#include <TarkaCPP/Feature.h>
+
+#include <string>
+#include <vector>
+
+namespace KST {
+namespace TrkAPI {
+
+// One opened camera, whatever backend serves it: the owner of its features.
+// A host holds the Device while the camera is open and hands the features on;
+// FeaturePtrs stay usable after the Device is gone, but then they no longer
+// reach the camera and notifications stop.
+class Device
+{
+public:
+    virtual ~Device() {}
+
+    // The camera's features in the camera's own order.
+    virtual std::vector<FeaturePtr> Features() const = 0;
+    // The feature of that name, or an empty pointer if the camera has none.
+    virtual FeaturePtr Find(const std::string& name) const = 0;
+};
+
+} // namespace TrkAPI
+} // namespace KST
+
+#endif
