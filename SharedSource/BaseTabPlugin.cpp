@@ -2,6 +2,7 @@
 
 #include "DebugLine.h"
 #include "FeatureManager.h"
+#include "FeatureText.h"
 #include "PluginFeatureObserver.h"
 #include "Qt4Compat.h"
 
@@ -125,7 +126,7 @@ qint32 BaseTabPluginWidget::ObserverPass(
     qint32 result = 0;
     for (const FeaturePtr& feature : features) {
         QString name;
-        result = PluginFeatureObserver::ReadName(*feature, name);
+        result = ReadFeatureName(*feature, name);
         if (result != 0 || !m_ObservedFeatures.contains(name)) {
             continue;
         }

@@ -141,9 +141,7 @@ double ReadValueRange(Feature& feature, bool* writable, double* min, double* max
         *writable = feature.IsWritable(flag) == 0 && flag;
     }
     TrkFeatureDataType type = TrkFeatureDataUnknown;
-    if (feature.GetDataType(type) != 0) {
-        type = TrkFeatureDataUnknown;
-    }
+    ReadFeatureDataType(feature, type);
 
     if (type == TrkFeatureDataInt) {
         const long long value = ReadValue<long long>(feature);
@@ -390,8 +388,8 @@ QString FeatureManager::GetTextValueOf(FeaturePtr feature)
 TrkFeatureDataType FeatureManager::GetDataTypeOf(FeaturePtr feature)
 {
     TrkFeatureDataType type = TrkFeatureDataUnknown;
-    if (!feature || feature->GetDataType(type) != 0) {
-        return TrkFeatureDataUnknown;
+    if (feature) {
+        ReadFeatureDataType(*feature, type);
     }
     return type;
 }
