@@ -36,8 +36,7 @@ void DropMessage(QtMsgType, const char*) {}
 
 BaseTabPluginWidget::BaseTabPluginWidget(const QSharedPointer<FeatureVector>& features,
                                          QWidget* parent)
-    : QWidget(parent), m_FeatureManager(nullptr), m_ChangedFeatures(nullptr),
-      m_UpdateTimer(nullptr), m_ChangeMutex(nullptr), m_InDispatch(false), m_TickDeferred(false)
+    : QWidget(parent)
 {
     // A Qt 5 message handler installed earlier would take precedence over
     // the Qt 4 one; it is reset so that the silence holds for the process.

@@ -35,9 +35,7 @@ QRect FromCorners(int x1, int y1, int x2, int y2)
 
 RubberBandLabel::RubberBandLabel(int imageWidth, int imageHeight, const QColor& color,
                                  QWidget* parent)
-    : QLabel(parent), m_RubberBand(0), m_DragOffsetX(0), m_DragOffsetY(0), m_Color(color),
-      m_ImageWidth(imageWidth), m_ImageHeight(imageHeight), m_Moving(false), m_ResizingLeft(false),
-      m_ResizingRight(false), m_ResizingTop(false), m_ResizingBottom(false), m_Top(-1), m_Left(0),
+    : QLabel(parent), m_Color(color), m_ImageWidth(imageWidth), m_ImageHeight(imageHeight),
       m_Width(imageWidth), m_Height(imageHeight)
 {
     // Until a region is given the band stands for the whole image; the

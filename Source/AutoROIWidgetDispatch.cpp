@@ -95,8 +95,9 @@ void WriteExposureLimit(FeatureManager* features, const char* limit, const QDoub
 void AutoROIWidget::HandleChangedFeatures()
 {
     // The band belongs to the user while a drag lasts.
-    if (m_RubberBandLabel->IsDragging())
+    if (m_RubberBandLabel->IsDragging()) {
         return;
+    }
 
     if (ui.gb_AutoROI->maximumWidth() < QWIDGETSIZE_MAX) {
         DebugLine() << ui.gb_AutoROI->maximumWidth();
@@ -104,22 +105,36 @@ void AutoROIWidget::HandleChangedFeatures()
     }
 
     BlockControlSignals(true);
-
     const QStringList& changed = *m_ChangedFeatures;
-    if (changed.contains("DSPSubregionTop"))
+    DispatchRegionChanges(changed);
+    DispatchExposureAutoChanges(changed);
+    SetControlsEnabled(!m_CamIsStreaming);
+    BlockControlSignals(false);
+}
+
+void AutoROIWidget::DispatchRegionChanges(const QStringList& changed)
+{
+    if (changed.contains("DSPSubregionTop")) {
         UpdateTopFromFeature();
-    if (changed.contains("DSPSubregionLeft"))
+    }
+    if (changed.contains("DSPSubregionLeft")) {
         UpdateLeftFromFeature();
-    if (changed.contains("DSPSubregionRight"))
+    }
+    if (changed.contains("DSPSubregionRight")) {
         UpdateRightFromFeature();
-    if (changed.contains("DSPSubregionBottom"))
+    }
+    if (changed.contains("DSPSubregionBottom")) {
         UpdateBottomFromFeature();
-    if (changed.contains("Height") || changed.contains("Width"))
+    }
+    if (changed.contains("Height") || changed.contains("Width")) {
         RebuildPreview();
-    if (changed.contains("AutofunctionAOIHeight") || changed.contains("AutoModeRegionHeight"))
+    }
+    if (changed.contains("AutofunctionAOIHeight") || changed.contains("AutoModeRegionHeight")) {
         UpdateHeightFromFeature();
-    if (changed.contains("AutofunctionAOIWidth") || changed.contains("AutoModeRegionWidth"))
+    }
+    if (changed.contains("AutofunctionAOIWidth") || changed.contains("AutoModeRegionWidth")) {
         UpdateWidthFromFeature();
+    }
     if (changed.contains("AutofunctionAOIOffsetX") || changed.contains("AutoModeRegionOffsetX")) {
         UpdateLeftFromFeature();
         LoadEnableState();
@@ -136,30 +151,36 @@ void AutoROIWidget::HandleChangedFeatures()
         LoadShowAreaState();
         LoadEnableState();
     }
-    if (changed.contains("ExposureAutoMin"))
-        RefreshExposureLimit("ExposureAutoMin", m_SpinExpAutoMin);
-    if (changed.contains("ExposureAutoMax"))
-        RefreshExposureLimit("ExposureAutoMax", m_SpinExpAutoMax);
-    if (changed.contains("ExposureAutoTimebase")) {
-        // A new time base changes the unit of both limits, so their ranges
-        // are taken again.
-        double minMin = 0.0;
-        double minMax = 0.0;
-        const double minValue =
-            m_FeatureManager->GetValueRange("ExposureAutoMin", &minMin, &minMax);
-        double maxMin = 0.0;
-        double maxMax = 0.0;
-        const double maxValue =
-            m_FeatureManager->GetValueRange("ExposureAutoMax", &maxMin, &maxMax);
-        FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
-        m_SpinExpAutoMin->setRange(minMin, minMax);
-        m_SpinExpAutoMin->setValue(minValue);
-        m_SpinExpAutoMax->setRange(maxMin, maxMax);
-        m_SpinExpAutoMax->setValue(maxValue);
-    }
+}
 
-    SetControlsEnabled(!m_CamIsStreaming);
-    BlockControlSignals(false);
+void AutoROIWidget::DispatchExposureAutoChanges(const QStringList& changed)
+{
+    if (changed.contains("ExposureAutoMin")) {
+        RefreshExposureLimit("ExposureAutoMin", m_SpinExpAutoMin);
+    }
+    if (changed.contains("ExposureAutoMax")) {
+        RefreshExposureLimit("ExposureAutoMax", m_SpinExpAutoMax);
+    }
+    if (changed.contains("ExposureAutoTimebase")) {
+        ReloadExposureAutoRanges();
+    }
+}
+
+// A new time base changes the unit of both limits, so their ranges are taken
+// again.
+void AutoROIWidget::ReloadExposureAutoRanges()
+{
+    double minMin = 0.0;
+    double minMax = 0.0;
+    const double minValue = m_FeatureManager->GetValueRange("ExposureAutoMin", &minMin, &minMax);
+    double maxMin = 0.0;
+    double maxMax = 0.0;
+    const double maxValue = m_FeatureManager->GetValueRange("ExposureAutoMax", &maxMin, &maxMax);
+    FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
+    m_SpinExpAutoMin->setRange(minMin, minMax);
+    m_SpinExpAutoMin->setValue(minValue);
+    m_SpinExpAutoMax->setRange(maxMin, maxMax);
+    m_SpinExpAutoMax->setValue(maxValue);
 }
 
 // Shows a limit of automatic exposure as the camera has it, within the ranges

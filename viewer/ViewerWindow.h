@@ -42,6 +42,8 @@ private slots:
     void OnAcquisitionToggled(bool acquiring);
 
 private:
+    void BuildToolBar();
+    QWidget* BuildFeaturePane();
     void CloseCamera();
     void CreateTabs();
     void ShowAcquiring(bool acquiring);
