@@ -20,6 +20,7 @@ namespace {
 // The code logged and returned by an observer pass over an empty feature list.
 const qint32 NoFeatures = -3;
 
+// Milliseconds between two ticks while the tab is visible.
 const int TickInterval = 1000;
 
 // Greys the text of every disabled control of a tab.

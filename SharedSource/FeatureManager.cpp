@@ -236,7 +236,10 @@ FeaturePtr FeatureManager::FindFeature(const QString& name, const QString& alt1,
     if (alt1.isEmpty() || feature) {
         return feature;
     }
-    // Looks alt1 up once more although the two-name form just missed it.
+    // Looks alt1 up once more although the two-name form just missed it. The
+    // library calls of a lookup are part of its behaviour, so this walk is
+    // kept on purpose; the FeatureManager test
+    // LookupPrefersNamesInOrderAndRepeatsTheAlternativeWalk pins its count.
     const FeaturePtr alternative = FindFeature(alt1);
     if (alt2.isEmpty() || alternative) {
         return alternative;
@@ -534,7 +537,10 @@ QString FeatureManager::SetValue(const QString& name, const QString& alt1, const
         return value;
     }
     feature->SetValue(Qt4Compat::ToAscii(value).constData());
-    // Deliberately looks for a feature named like the written text.
+    // Looks for a feature named like the written text and reads it. The
+    // library calls of a write are part of its behaviour, so this lookup is
+    // kept on purpose; the FeatureManager test
+    // TextWritesCommandsAndEntriesReportAsStated pins it.
     GetTextValue(value);
     return value;
 }

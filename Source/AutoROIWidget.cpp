@@ -26,8 +26,9 @@ namespace {
 // number, and such a size counts as 0.
 quint64 TruncateToSize(double value)
 {
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         return 0;
+    }
     return quint64(qint64(value));
 }
 
@@ -108,8 +109,9 @@ AutoROIWidget::~AutoROIWidget()
 {
     // The accessible name marks an editor whose controls are its own to free;
     // with it cleared, everything is left to the widget tree.
-    if (accessibleName() == "")
+    if (accessibleName() == "") {
         return;
+    }
 
     // The two Current buttons, the inner region group and the time base
     // placeholders are left to the widget tree. The filters have no parent.
@@ -382,8 +384,9 @@ void AutoROIWidget::SetupSpinBox(QDoubleSpinBox* spin)
 // expects them.
 quint64 AutoROIWidget::GetROIWidth()
 {
-    if (!m_FeatureManager->HasFeature("AutofunctionAOIWidth"))
+    if (!m_FeatureManager->HasFeature("AutofunctionAOIWidth")) {
         return TruncateToSize(m_FeatureManager->GetValue("Width"));
+    }
     double offsetMin = 0.0;
     double offsetMax = 0.0;
     m_FeatureManager->GetValueRange("AutofunctionAOIOffsetY", &offsetMin, &offsetMax);
@@ -396,8 +399,9 @@ quint64 AutoROIWidget::GetROIWidth()
 
 quint64 AutoROIWidget::GetROIHeight()
 {
-    if (!m_FeatureManager->HasFeature("AutofunctionAOIHeight"))
+    if (!m_FeatureManager->HasFeature("AutofunctionAOIHeight")) {
         return TruncateToSize(m_FeatureManager->GetValue("Height"));
+    }
     double heightMin = 0.0;
     double heightMax = 0.0;
     const qint64 height = qint64(m_FeatureManager->GetValueRange("Height", &heightMin, &heightMax));
@@ -429,8 +433,9 @@ void AutoROIWidget::MakePreview()
 // messages of LoadRegion let it pass.
 bool AutoROIWidget::IsDSPRegionValid()
 {
-    if (!m_FeatureManager->HasFeature("DSPSubregionTop"))
+    if (!m_FeatureManager->HasFeature("DSPSubregionTop")) {
         return true;
+    }
     const double top = m_FeatureManager->GetValue("DSPSubregionTop");
     const double bottom = m_FeatureManager->GetValue("DSPSubregionBottom");
     const double left = m_FeatureManager->GetValue("DSPSubregionLeft");
@@ -445,17 +450,20 @@ bool AutoROIWidget::IsDSPRegionValid()
 void AutoROIWidget::BlockControlSignals(bool block)
 {
     for (QDoubleSpinBox* spin : {m_SpinTop, m_SpinLeft, m_SpinRight, m_SpinBottom, m_SpinWidth,
-                                 m_SpinHeight, m_SpinExpAutoMin, m_SpinExpAutoMax})
+                                 m_SpinHeight, m_SpinExpAutoMin, m_SpinExpAutoMax}) {
         spin->blockSignals(block);
-    if (m_ComboExpAutoTimebase)
+    }
+    if (m_ComboExpAutoTimebase) {
         m_ComboExpAutoTimebase->blockSignals(block);
+    }
 }
 
 void AutoROIWidget::LoadExposureAuto()
 {
     BlockControlSignals(true);
-    if (m_FeatureManager->HasFeature("ExposureAutoTimebase"))
+    if (m_FeatureManager->HasFeature("ExposureAutoTimebase")) {
         FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
+    }
     BlockControlSignals(false);
 
     // The value is set while the spin box still shows no decimals, so a
@@ -478,10 +486,11 @@ void AutoROIWidget::LoadExposureAuto()
 
 void AutoROIWidget::LoadRegion()
 {
-    if (m_FeatureManager->HasFeature("DSPSubregionTop"))
+    if (m_FeatureManager->HasFeature("DSPSubregionTop")) {
         LoadEdgeRegion();
-    else if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight"))
+    } else if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight")) {
         LoadOffsetRegion();
+    }
 }
 
 // Nothing is blocked here: a spin box whose shown value changes writes it
@@ -502,8 +511,9 @@ void AutoROIWidget::LoadEdgeRegion()
         double imageMin = 0.0;
         m_FeatureManager->GetValueRange(imageName, &imageMin, &edges.nearMax);
         m_FeatureManager->GetValueRange(imageName, &imageMin, &edges.farMax);
-        if (edges.farEdge > edges.farMax)
+        if (edges.farEdge > edges.farMax) {
             edges.farMax = edges.farEdge;
+        }
         nearSpin->setRange(edges.nearMin, edges.nearMax);
         nearSpin->setValue(edges.nearEdge);
         farSpin->setRange(edges.farMin, edges.farMax);
@@ -561,8 +571,9 @@ void AutoROIWidget::LoadOffsetRegion()
                                                       &offsetMin, &offsetMax, &offsetStep);
         span.size = m_FeatureManager->GetValueRange(axis.autofunctionSize, axis.autoModeSize,
                                                     &sizeMin, &sizeMax, &sizeStep);
-        if (m_FeatureManager->HasFeature(axis.autofunctionSize))
+        if (m_FeatureManager->HasFeature(axis.autofunctionSize)) {
             sizeMax = double(axis.referenceSize);
+        }
         axis.spinOffset->setRange(offsetMin, offsetMax);
         axis.spinOffset->setSingleStep(offsetStep);
         axis.spinOffset->setValue(span.offset);
@@ -606,8 +617,9 @@ void AutoROIWidget::PlaceOffsetBand(double top, double left, double width, doubl
 
 void AutoROIWidget::LoadEnableState()
 {
-    if (!m_CheckEnable)
+    if (!m_CheckEnable) {
         return;
+    }
     const bool enabled = m_FeatureManager->GetValue("AutofunctionAOIEnable") != 0.0;
     m_CheckEnable->setCheckState(enabled ? Qt::Checked : Qt::Unchecked);
     SetControlsEnabled(enabled);
@@ -617,8 +629,9 @@ void AutoROIWidget::LoadEnableState()
 // the check box is asked for like its neighbour.
 void AutoROIWidget::LoadShowAreaState()
 {
-    if (!m_CheckShowArea)
+    if (!m_CheckShowArea) {
         return;
+    }
     const bool shown = m_FeatureManager->GetValue("AutofunctionAOIShowArea") != 0.0;
     m_CheckShowArea->setCheckState(shown ? Qt::Checked : Qt::Unchecked);
 }
@@ -628,14 +641,17 @@ void AutoROIWidget::LoadShowAreaState()
 void AutoROIWidget::SetControlsEnabled(bool enabled)
 {
     QList<QWidget*> controls;
-    if (m_CheckShowArea)
+    if (m_CheckShowArea) {
         controls << m_CheckShowArea;
+    }
     controls << m_RubberBandLabel << m_SpinTop << m_SpinLeft;
-    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight"))
+    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight")) {
         controls << m_SpinWidth << m_SpinHeight;
+    }
     controls << m_BtnFull << m_BtnHalf << m_BtnQuarter << ui.gb_AutoROI;
-    for (QWidget* control : controls)
+    for (QWidget* control : controls) {
         control->setEnabled(enabled);
+    }
 }
 
 void AutoROIWidget::UpdatePreviewFromSpinBoxes()
@@ -676,8 +692,9 @@ void AutoROIWidget::RebuildPreview()
     m_ROIWidth = GetROIWidth();
     m_ROIHeight = GetROIHeight();
     // A new label allocates a picture of the full reference size.
-    if (m_ROIWidth == oldWidth && m_ROIHeight == oldHeight)
+    if (m_ROIWidth == oldWidth && m_ROIHeight == oldHeight) {
         return;
+    }
 
     // The dispatch that gets here can run inside the old label's own mouse
     // handler, whose hover processes events; deleting the label now would

@@ -25,6 +25,14 @@
 
 namespace {
 
+// After an edit or a preset, the camera's answer is shown this many
+// milliseconds later instead of at the next tick.
+const int RefreshDelay = 200;
+
+// For this many milliseconds after a dropped band the size check keeps quiet,
+// while the camera takes the new offsets and sizes one by one.
+const int TrustedUpdateWindow = 250;
+
 // Gives value to the first of names that the camera has; a camera that has
 // none of them gets nothing.
 void SetFirstExisting(FeatureManager* features, std::initializer_list<const char*> names,
@@ -54,8 +62,9 @@ int SnapUpToGrid(int value, const QDoubleSpinBox* spin)
     const int difference = value - minimum;
     const int base = step == 0 ? 0 : difference / step * step;
     const int remainder = difference - base;
-    if (remainder == 0)
+    if (remainder == 0) {
         return value;
+    }
     return minimum + base + (remainder > 0 ? step : 0);
 }
 
@@ -187,15 +196,17 @@ void AutoROIWidget::ReloadExposureAutoRanges()
 // that the last time base gave the spin box.
 void AutoROIWidget::RefreshExposureLimit(const char* limit, QDoubleSpinBox* spin)
 {
-    if (m_FeatureManager->HasFeature("ExposureAutoTimebase"))
+    if (m_FeatureManager->HasFeature("ExposureAutoTimebase")) {
         FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
+    }
     spin->setValue(m_FeatureManager->GetValue(limit));
 }
 
 void AutoROIWidget::camIsStreaming(bool streaming)
 {
-    if (!m_FeatureManager->HasFeature("AutoModeRegionWidth"))
+    if (!m_FeatureManager->HasFeature("AutoModeRegionWidth")) {
         return;
+    }
     // The state before the change is applied now; the new one takes effect
     // at the end of the next dispatch.
     SetControlsEnabled(!m_CamIsStreaming);
@@ -238,16 +249,17 @@ void AutoROIWidget::OnSpinHeightValueChanged(double value)
 void AutoROIWidget::OnSpinEditingFinished()
 {
     // Show the camera's answer without waiting for the next tick.
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnEnableStateChanged(int state)
 {
-    if (!m_FeatureManager->HasFeature("AutofunctionAOIEnable"))
+    if (!m_FeatureManager->HasFeature("AutofunctionAOIEnable")) {
         return;
+    }
     QCoreApplication::processEvents();
     m_FeatureManager->SetValue("AutofunctionAOIEnable", state > 0 ? 1.0 : 0.0);
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnShowAreaStateChanged(int state)
@@ -346,8 +358,9 @@ void AutoROIWidget::UpdateBottomFromFeature()
 // counts too; every other family has no such shift.
 int AutoROIWidget::ImageOffset(const RegionAxis& axis)
 {
-    if (!m_FeatureManager->HasFeature(axis.autoModeOffset))
+    if (!m_FeatureManager->HasFeature(axis.autoModeOffset)) {
         return 0;
+    }
     return int(m_FeatureManager->GetValue(axis.imageOffset));
 }
 
@@ -404,8 +417,9 @@ void AutoROIWidget::UpdateOffsetFromFeature(const RegionAxis& axis)
         UpdateSizeFromFeature(axis);
     } else if (m_FeatureManager->HasFeature(axis.autofunctionOffset, axis.autoModeOffset)) {
         int imageOffset = 0;
-        if (!axis.readImageOffsetAtCheck)
+        if (!axis.readImageOffsetAtCheck) {
             imageOffset = ImageOffset(axis);
+        }
 
         double featureMin = -1.0;
         double featureMax = -1.0;
@@ -427,11 +441,13 @@ void AutoROIWidget::UpdateOffsetFromFeature(const RegionAxis& axis)
         // An Autofunction camera leaves the size room up to the reference
         // edge, unless the user is holding the size spin box right now.
         if (!axis.filterSize->IsMousePressed() &&
-            m_FeatureManager->HasFeature(axis.autofunctionOffset))
+            m_FeatureManager->HasFeature(axis.autofunctionOffset)) {
             axis.spinSize->setMaximum(double(axis.referenceSize) - offset);
+        }
 
-        if (axis.readImageOffsetAtCheck)
+        if (axis.readImageOffsetAtCheck) {
             imageOffset = ImageOffset(axis);
+        }
         CheckRegionSize(axis, size, offset, imageOffset);
     }
     UpdatePreviewFromSpinBoxes();
@@ -463,15 +479,17 @@ void AutoROIWidget::CheckRegionSize(const RegionAxis& axis, double size, double 
 {
     axis.labelError->hide();
     const bool tooLarge = size + offset - imageOffset > double(axis.referenceSize);
-    if (!tooLarge || m_TrustedUpdate)
+    if (!tooLarge || m_TrustedUpdate) {
         return;
+    }
 
     const QString family =
         m_FeatureManager->HasFeature(axis.autofunctionSize) ? tr("AOI") : tr("ROI");
     axis.labelError->setText(tr(axis.sizeMessage) + family + tr(axis.sizeSuffix));
     axis.labelError->show();
-    if (isVisible())
+    if (isVisible()) {
         OnEnableStateChanged(0);
+    }
 }
 
 // The edges of a four-edge camera are shown as the camera has them; what is
@@ -537,21 +555,24 @@ void AutoROIWidget::OnSendGeometry(int top, int left, int width, int height)
         const int roomWidth = int(m_ROIWidth) - left;
         m_SpinHeight->setMaximum(roomHeight);
         m_SpinWidth->setMaximum(roomWidth);
-        if (roomHeight < height)
+        if (roomHeight < height) {
             height = roomHeight;
-        if (roomWidth < width)
+        }
+        if (roomWidth < width) {
             width = roomWidth;
+        }
 
         // Between the offset and the size writes the camera can hold a new
         // offset with the old size; the size check keeps quiet meanwhile.
-        if (top < int(m_ROIHeight) && left < int(m_ROIWidth))
+        if (top < int(m_ROIHeight) && left < int(m_ROIWidth)) {
             m_TrustedUpdate = true;
+        }
         OnSpinLeftValueChanged(left + offsetX);
         OnSpinTopValueChanged(top + offsetY);
         OnSpinHeightValueChanged(height);
         OnSpinWidthValueChanged(width);
         QCoreApplication::processEvents();
-        QTimer::singleShot(250, this, SLOT(OnResetTrustedUpdate()));
+        QTimer::singleShot(TrustedUpdateWindow, this, SLOT(OnResetTrustedUpdate()));
     }
     StartUpdateTimer();
 }
@@ -572,10 +593,12 @@ void AutoROIWidget::SetFullArea()
 {
     const quint64 height = GetROIHeight();
     const quint64 width = GetROIWidth();
-    if (height > m_ROIHeight)
+    if (height > m_ROIHeight) {
         m_FeatureManager->SetValue("Height", double(height));
-    if (width > m_ROIWidth)
+    }
+    if (width > m_ROIWidth) {
         m_FeatureManager->SetValue("Width", double(width));
+    }
     const int offsetX = ImageOffset(HorizontalAxis());
     const int offsetY = ImageOffset(VerticalAxis());
     m_SpinWidth->setMaximum(double(width) + offsetX);
@@ -591,7 +614,7 @@ void AutoROIWidget::OnROIFull()
     m_SpinWidth->setValue(m_ROIWidth);
     m_SpinRight->setValue(m_ROIWidth - m_SpinLeft->minimum());
     m_SpinBottom->setValue(m_ROIHeight - m_SpinTop->minimum());
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnROIHalf()
@@ -624,7 +647,7 @@ void AutoROIWidget::SetCentredArea(double sideFactor)
     m_SpinWidth->setValue(width);
     m_SpinRight->setValue(offsetX + m_SpinLeft->value() + width);
     m_SpinBottom->setValue(offsetY + m_SpinTop->value() + height);
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnSpinExpAutoMinChanged(double value)
