@@ -82,6 +82,7 @@ void AutoROIWidget::AcceptCamera(QWidget* parent)
     }
 }
 
+// The features of every family are watched, whichever the camera has.
 void AutoROIWidget::WatchFeatures()
 {
     m_ObservedFeatures << "Height"
