@@ -6,10 +6,14 @@ add_library(tab_build_options INTERFACE)
 
 target_compile_options(tab_build_options INTERFACE -Wall -Wextra -Wno-unused-parameter)
 
+# Assertions on feature ranges must end the process in every build. Qt's
+# targets add QT_NO_DEBUG outside Debug builds, which turns Q_ASSERT off: the
+# compiler takes it back out again (options follow definitions on the command
+# line), so our code is built as Qt 4's debug-enabled builds were, and
+# QT_FORCE_ASSERTS keeps Q_ASSERT on should a Qt header define it anyway.
+target_compile_options(tab_build_options INTERFACE -UQT_NO_DEBUG)
+
 target_compile_definitions(tab_build_options INTERFACE
-    # Assertions on feature ranges must end the process in every build. Qt
-    # adds QT_NO_DEBUG outside Debug builds, which turns Q_ASSERT off;
-    # QT_FORCE_ASSERTS keeps it on whatever the build type.
     QT_FORCE_ASSERTS
     # Qt 4 names that Qt 5.15 still offers (toAscii, fromAscii,
     # qInstallMsgHandler) are hidden unless deprecated API back to 4.8 is
