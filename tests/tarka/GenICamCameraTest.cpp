@@ -3,6 +3,7 @@
 // and from where observers hear of changes; one camera goes through the
 // GigE Vision protocol over loopback.
 
+#include "GenICam/Connection.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
 #include <QProcess>
@@ -10,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -232,6 +234,36 @@ TEST(GenICamCamera, ObserversHearOfWrittenAndDependentFeaturesFromALibraryThread
     EXPECT_EQ(Text(left, &Feature::GetName), "DSPSubregionLeft");
 }
 
+TEST(GenICamCamera, ChangesMadeElsewhereAreFoundByPolling)
+{
+    std::unique_ptr<Camera> camera = OpenFamily("automode");
+    ASSERT_TRUE(camera);
+    auto* raw = new RecordingObserver;
+    IFeatureObserverPtr observer(raw);
+    for (const char* name : {"AutoModeRegionWidth", "AutoModeRegionOffsetX", "Height"}) {
+        ASSERT_EQ(camera->Find(name)->RegisterObserver(observer), 0);
+    }
+    Connection& connection = *camera->GetConnection();
+    {
+        std::lock_guard<std::timed_mutex> lock(connection.AravisLock());
+        arv_device_set_integer_feature_value(connection.AravisDevice(), "AutoModeRegionWidth", 640,
+                                             nullptr);
+    }
+    // Nothing asks the camera: its own polling finds the new width and the
+    // offset's new limit.
+    std::vector<std::string> names;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (names.size() < 2 && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(Camera::PollPeriod / 5);
+        for (const std::string& name : raw->Names()) {
+            names.push_back(name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, std::vector<std::string>({"AutoModeRegionOffsetX", "AutoModeRegionWidth"}));
+    EXPECT_FALSE(raw->m_OnWriter);
+}
+
 TEST(GenICamCamera, UnreadableDescriptionsAreRefusedWithoutNoise)
 {
     std::string error;
@@ -289,8 +321,12 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     EXPECT_EQ(camera->Find("AcquisitionStatus")->GetValue(acquiring), 0);
     EXPECT_TRUE(acquiring);
     EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
-    camera.reset();
 
-    server.terminate();
+    // A device that stops answering is lost: its calls fail from then on.
+    server.kill();
     EXPECT_TRUE(server.waitForFinished(10000));
+    FeaturePtr status = camera->Find("AcquisitionStatus");
+    EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
+    EXPECT_FALSE(camera->IsConnected());
+    EXPECT_EQ(offset->SetValue(1952LL), ErrorDeviceLost);
 }
