@@ -132,6 +132,9 @@ bool ViewerWindow::OpenCamera(const QString& name)
         return false;
     }
     connect(m_Camera.get(), SIGNAL(connectionLost(QString)), this, SLOT(OnCameraLost(QString)));
+    if (m_CameraSelector->findText(name) < 0) {
+        m_CameraSelector->addItem(name);
+    }
     m_CameraSelector->setCurrentText(name);
     m_AcquisitionButton->setEnabled(m_Camera->CanAcquire());
     m_FeatureModel->SetFeatures(m_Camera->Features());

@@ -158,7 +158,7 @@ std::string Connection::Signature(size_t index)
         }
         return Success;
     });
-    return code == Success ? out.str() : "failed " + std::to_string(code);
+    return code == Success ? out.str() : std::string();
 }
 
 void Connection::RequestRefresh(size_t written)

@@ -79,6 +79,7 @@ public:
 
     // Text that changes whenever the feature's value, range, increment,
     // writability or entry availability does; read under the Aravis lock.
+    // Empty when it can't be read: a failure is no change to tell.
     std::string Signature(size_t index);
 
     // Observer state, guarded by m_Lock.

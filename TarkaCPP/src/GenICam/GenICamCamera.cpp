@@ -209,7 +209,7 @@ void Camera::Refresh(std::unique_lock<std::mutex>& lock)
     std::vector<size_t> changed(written.begin(), written.end());
     for (size_t i = 0; i < watched.size(); ++i) {
         std::string& last = connection.m_Signatures[watched[i]];
-        if (last != signatures[i]) {
+        if (!signatures[i].empty() && last != signatures[i]) {
             last = signatures[i];
             if (written.count(watched[i]) == 0) {
                 changed.push_back(watched[i]);
