@@ -131,7 +131,9 @@ bool ViewerWindow::OpenCamera(const QString& name)
         PrintLine(error);
         return false;
     }
-    connect(m_Camera.get(), SIGNAL(connectionLost(QString)), this, SLOT(OnCameraLost(QString)));
+    // Queued: the slot closes the camera that sends the signal.
+    connect(m_Camera.get(), SIGNAL(connectionLost(QString)), this, SLOT(OnCameraLost(QString)),
+            Qt::QueuedConnection);
     if (m_CameraSelector->findText(name) < 0) {
         m_CameraSelector->addItem(name);
     }
