@@ -45,7 +45,39 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     : QMainWindow(parent), m_Plugins(plugins), m_Verbose(verbose)
 {
     setWindowTitle(tr("Tab viewer"));
+    BuildToolBar();
 
+    m_Pages = new QTabWidget;
+    m_Pages->setObjectName(QStringLiteral("pages"));
+    QWidget* featurePane = BuildFeaturePane();
+    QSplitter* splitter = new QSplitter(Qt::Horizontal);
+    splitter->addWidget(m_Pages);
+    splitter->addWidget(featurePane);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({580, 860});
+    setCentralWidget(splitter);
+    resize(1440, 960);
+
+    m_RefreshTimer = new QTimer(this);
+    m_RefreshTimer->setInterval(FeatureRefreshMs);
+    connect(m_RefreshTimer, SIGNAL(timeout()), m_FeatureModel, SLOT(Refresh()));
+    m_RefreshTimer->start();
+
+    connect(m_CameraSelector, SIGNAL(textActivated(QString)), this,
+            SLOT(OnCameraSelected(QString)));
+    connect(m_AcquisitionButton, SIGNAL(toggled(bool)), this, SLOT(OnAcquisitionToggled(bool)));
+
+    // One connection per plug-in object: it relays the state to all its tabs.
+    for (const LoadedTabPlugin& loaded : m_Plugins) {
+        if (!loaded.plugin->ConnectStreamingSignal(this, SIGNAL(acquisitionChanged(bool)))) {
+            PrintLine(tr("%1 did not take the acquisition signal").arg(loaded.fileName));
+        }
+    }
+}
+
+void ViewerWindow::BuildToolBar()
+{
     QToolBar* toolBar = addToolBar(tr("Camera"));
     toolBar->setMovable(false);
     toolBar->addWidget(new QLabel(tr("Camera: ")));
@@ -58,9 +90,11 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     m_AcquisitionButton->setCheckable(true);
     toolBar->addWidget(m_AcquisitionButton);
     ShowAcquiring(false);
+}
 
-    m_Pages = new QTabWidget;
-    m_Pages->setObjectName(QStringLiteral("pages"));
+// The feature table with its name filter above it.
+QWidget* ViewerWindow::BuildFeaturePane()
+{
     m_FeatureModel = new FeatureTableModel(this);
     m_FeatureFilter = new QSortFilterProxyModel(this);
     m_FeatureFilter->setSourceModel(m_FeatureModel);
@@ -89,31 +123,7 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     featureLayout->setContentsMargins(0, 0, 0, 0);
     featureLayout->addWidget(m_FeatureFilterEdit);
     featureLayout->addWidget(m_FeatureView);
-
-    QSplitter* splitter = new QSplitter(Qt::Horizontal);
-    splitter->addWidget(m_Pages);
-    splitter->addWidget(featurePane);
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({580, 860});
-    setCentralWidget(splitter);
-    resize(1440, 960);
-
-    m_RefreshTimer = new QTimer(this);
-    m_RefreshTimer->setInterval(FeatureRefreshMs);
-    connect(m_RefreshTimer, SIGNAL(timeout()), m_FeatureModel, SLOT(Refresh()));
-    m_RefreshTimer->start();
-
-    connect(m_CameraSelector, SIGNAL(textActivated(QString)), this,
-            SLOT(OnCameraSelected(QString)));
-    connect(m_AcquisitionButton, SIGNAL(toggled(bool)), this, SLOT(OnAcquisitionToggled(bool)));
-
-    // One connection per plug-in object: it relays the state to all its tabs.
-    for (const LoadedTabPlugin& loaded : m_Plugins) {
-        if (!loaded.plugin->ConnectStreamingSignal(this, SIGNAL(acquisitionChanged(bool)))) {
-            PrintLine(tr("%1 did not take the acquisition signal").arg(loaded.fileName));
-        }
-    }
+    return featurePane;
 }
 
 ViewerWindow::~ViewerWindow()

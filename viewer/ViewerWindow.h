@@ -44,6 +44,8 @@ private slots:
     void OnCameraLost(const QString& message);
 
 private:
+    void BuildToolBar();
+    QWidget* BuildFeaturePane();
     void CloseCamera();
     void CreateTabs();
     void ShowAcquiring(bool acquiring);
