@@ -15,7 +15,7 @@ class QSortFilterProxyModel;
 class QTabWidget;
 class QTableView;
 class QTimer;
-class SimulatedCamera;
+class OpenedCamera;
 
 // The viewer's main window: a camera selector and an acquisition button on
 // top, the tab extensions' pages for the opened camera on the left, and the
@@ -30,8 +30,9 @@ public:
     ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose, QWidget* parent = nullptr);
     ~ViewerWindow() override;
 
-    // Closes the current camera and opens the named one; false, with the
-    // current camera closed, for a name that isn't a camera.
+    // Closes the current camera and opens the named one (see CameraCatalog);
+    // false, with the current camera closed and the reason shown, for a
+    // camera that can't be opened.
     bool OpenCamera(const QString& name);
 
 signals:
@@ -40,6 +41,7 @@ signals:
 private slots:
     void OnCameraSelected(const QString& name);
     void OnAcquisitionToggled(bool acquiring);
+    void OnCameraLost(const QString& message);
 
 private:
     void BuildToolBar();
@@ -50,7 +52,7 @@ private:
 
     QVector<LoadedTabPlugin> m_Plugins;
     bool m_Verbose;
-    std::unique_ptr<SimulatedCamera> m_Camera;
+    std::unique_ptr<OpenedCamera> m_Camera;
     QStringList m_Refusals;
 
     QComboBox* m_CameraSelector;

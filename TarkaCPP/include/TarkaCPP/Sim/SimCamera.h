@@ -130,6 +130,7 @@ public:
     // The features in the camera's order, and one by name (empty if absent).
     std::vector<FeaturePtr> Features() const override;
     FeaturePtr Find(const std::string& name) const override;
+    bool IsConnected() const override { return true; }
 
     // Test hooks. A failure makes that operation of that feature return code
     // until cleared. Calls are counted whether they fail or not.
