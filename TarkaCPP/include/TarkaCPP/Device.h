@@ -2,6 +2,7 @@
 #define TARKACPP_DEVICE_H
 
 #include <TarkaCPP/Feature.h>
+#include <TarkaCPP/Frame.h>
 
 #include <string>
 #include <vector>
@@ -22,6 +23,13 @@ public:
     virtual std::vector<FeaturePtr> Features() const = 0;
     // The feature of that name, or an empty pointer if the camera has none.
     virtual FeaturePtr Find(const std::string& name) const = 0;
+
+    // Frames go to handler while the camera acquires ("AcquisitionStart" to
+    // "AcquisitionStop"); an empty handler takes none. Returns only after a
+    // call of the previous handler still running has finished, so its owner
+    // may be destroyed then; called from inside a handler it doesn't wait.
+    // A camera that delivers no frames ignores the handler.
+    virtual void SetFrameHandler(const FrameHandler& handler) { static_cast<void>(handler); }
 };
 
 } // namespace TrkAPI
