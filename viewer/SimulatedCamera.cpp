@@ -47,3 +47,8 @@ bool SimulatedCamera::SetAcquiring(bool acquiring)
     const FeaturePtr command = m_Camera->Find(acquiring ? StartCommand : StopCommand);
     return command && command->RunCommand() == 0;
 }
+
+void SimulatedCamera::SetFrameHandler(const KST::TrkAPI::FrameHandler& handler)
+{
+    m_Camera->SetFrameHandler(handler);
+}

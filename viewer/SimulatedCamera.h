@@ -2,6 +2,7 @@
 #define SIMULATEDCAMERA_H
 
 #include <FeatureTypes.h>
+#include <TarkaCPP/Frame.h>
 
 #include <QSharedPointer>
 #include <QString>
@@ -37,6 +38,8 @@ public:
     bool CanAcquire() const;
     // False when the camera refused the command.
     bool SetAcquiring(bool acquiring);
+    // See KST::TrkAPI::Device::SetFrameHandler.
+    void SetFrameHandler(const KST::TrkAPI::FrameHandler& handler);
 
 private:
     SimulatedCamera(const QString& name, std::unique_ptr<KST::TrkAPI::Sim::Camera> camera);

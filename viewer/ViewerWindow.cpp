@@ -1,6 +1,7 @@
 #include "ViewerWindow.h"
 
 #include "FeatureTableModel.h"
+#include "ImagePane.h"
 #include "SimulatedCamera.h"
 
 #include <TabExtensionInterface.h>
@@ -90,9 +91,18 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     featureLayout->addWidget(m_FeatureFilterEdit);
     featureLayout->addWidget(m_FeatureView);
 
+    m_ImagePane = new ImagePane;
+    m_FrameStatus = new QLabel(m_ImagePane->StatisticsText());
+    statusBar()->addPermanentWidget(m_FrameStatus);
+    connect(m_ImagePane, SIGNAL(statisticsChanged(QString)), m_FrameStatus, SLOT(setText(QString)));
+    QSplitter* imageAndFeatures = new QSplitter(Qt::Vertical);
+    imageAndFeatures->addWidget(m_ImagePane);
+    imageAndFeatures->addWidget(featurePane);
+    imageAndFeatures->setSizes({560, 340});
+
     QSplitter* splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(m_Pages);
-    splitter->addWidget(featurePane);
+    splitter->addWidget(imageAndFeatures);
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({580, 860});
@@ -132,8 +142,16 @@ bool ViewerWindow::OpenCamera(const QString& name)
     m_CameraSelector->setCurrentText(name);
     m_AcquisitionButton->setEnabled(m_Camera->CanAcquire());
     m_FeatureModel->SetFeatures(m_Camera->Features());
+    m_Camera->SetFrameHandler(m_ImagePane->Handler());
     CreateTabs();
     return true;
+}
+
+void ViewerWindow::StartAcquisition()
+{
+    if (m_AcquisitionButton->isEnabled()) {
+        m_AcquisitionButton->setChecked(true);
+    }
 }
 
 void ViewerWindow::OnCameraSelected(const QString& name)
@@ -167,7 +185,11 @@ void ViewerWindow::CloseCamera()
     }
     m_Refusals.clear();
     m_FeatureModel->SetFeatures(QSharedPointer<FeatureVector>());
+    if (m_Camera) {
+        m_Camera->SetFrameHandler(KST::TrkAPI::FrameHandler());
+    }
     m_Camera.reset();
+    m_ImagePane->Clear();
     statusBar()->clearMessage();
 }
 

@@ -8,7 +8,9 @@
 #include <memory>
 
 class FeatureTableModel;
+class ImagePane;
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QSortFilterProxyModel;
@@ -18,8 +20,9 @@ class QTimer;
 class SimulatedCamera;
 
 // The viewer's main window: a camera selector and an acquisition button on
-// top, the tab extensions' pages for the opened camera on the left, and the
-// camera's features, as they are now, on the right, filtered by name. Each plug-in gets one
+// top, the tab extensions' pages for the opened camera on the left, and on
+// the right the camera's live image above its features, as they are now,
+// filtered by name; the status bar counts the frames. Each plug-in gets one
 // page per camera; closing the camera destroys the pages and with them the
 // tabs inside.
 class ViewerWindow : public QMainWindow
@@ -33,6 +36,9 @@ public:
     // Closes the current camera and opens the named one; false, with the
     // current camera closed, for a name that isn't a camera.
     bool OpenCamera(const QString& name);
+    // Starts acquisition as the acquisition button does.
+    void StartAcquisition();
+    ImagePane* Image() const { return m_ImagePane; }
 
 signals:
     void acquisitionChanged(bool acquiring);
@@ -59,6 +65,8 @@ private:
     QLineEdit* m_FeatureFilterEdit;
     QTableView* m_FeatureView;
     QTimer* m_RefreshTimer;
+    ImagePane* m_ImagePane;
+    QLabel* m_FrameStatus;
 };
 
 #endif

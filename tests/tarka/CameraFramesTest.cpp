@@ -284,6 +284,7 @@ TEST(CameraFramesTest, TheOutlineFollowsTheRegion)
             imageX = 96;
         }
         if (family == "autofunction") {
+            camera->SetFromCamera("AutofunctionAOIShowArea", false);
             PlaceRegion(*camera, family, first);
             camera->ProduceFrame();
             EXPECT_EQ(0, ExtremeBounds(*catcher.Last()).width) << "drawn with Show Area off";

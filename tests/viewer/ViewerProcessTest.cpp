@@ -37,15 +37,16 @@ ViewerRun RunViewer(const QStringList& arguments)
 
 } // namespace
 
-TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshot)
+TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshotOfItsLiveImage)
 {
     QTemporaryDir output;
     ASSERT_TRUE(output.isValid());
     for (const QString camera : {"autofunction", "automode", "dsp"}) {
         SCOPED_TRACE(camera.toStdString());
         const QString file = output.filePath(camera + ".png");
-        const ViewerRun run = RunViewer({"--camera", camera, "--screenshot", file});
+        const ViewerRun run = RunViewer({"--camera", camera, "--acquire", "--screenshot", file});
         EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+        EXPECT_FALSE(run.errors.contains("no frame")) << run.errors.toStdString();
         // The plug-in folder also holds translations, which are no plug-ins.
         EXPECT_FALSE(run.errors.contains("declined")) << run.errors.toStdString();
         EXPECT_FALSE(run.errors.contains("skipped")) << run.errors.toStdString();
