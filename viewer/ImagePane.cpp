@@ -67,16 +67,22 @@ QSize ImagePane::sizeHint() const
 void ImagePane::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    painter.fillRect(rect(), QColor(32, 32, 32));
+    const QColor background(32, 32, 32);
     if (m_Image.isNull()) {
+        painter.fillRect(rect(), background);
         painter.setPen(Qt::lightGray);
         painter.drawText(rect(), Qt::AlignCenter, tr("No image"));
         return;
     }
-    // Drawn 1:1 when the image was made for this size, as it nearly always is.
+    // Drawn 1:1 when the image was made for this size, as it nearly always
+    // is; only the margins beside it are filled.
     QRect target(QPoint(), FitInto(m_Image.size(), size()));
     target.moveCenter(rect().center());
     painter.drawImage(target, m_Image);
+    QRegion margins = QRegion(rect()).subtracted(target);
+    for (const QRect& margin : margins) {
+        painter.fillRect(margin, background);
+    }
 }
 
 void ImagePane::resizeEvent(QResizeEvent*)
