@@ -18,8 +18,6 @@ const double LowestFrameRate = 0.1;
 const double ReferenceExposure = 10000.0;
 const int TilesAcross = 12;
 const unsigned char DiscValue = 250;
-// Frames the camera keeps for the host; with all of them held, frames drop.
-const size_t PoolSize = 4;
 // Scene pixels metered at most, spread evenly over the metered rectangle.
 const double MeteredSamples = 16384.0;
 // Auto exposure leaves levels this close to the target alone, and moves by
@@ -186,7 +184,7 @@ FramePtr SensorSimulation::Render()
         m_Levels[value] = static_cast<unsigned short>(std::min(65535.0, std::round(value * gain)));
     }
     m_MeanLevel = MeanLevel();
-    std::shared_ptr<Frame> frame = FreeFrame();
+    std::shared_ptr<Frame> frame = m_Pool.Take();
     if (!frame) {
         return nullptr;
     }
@@ -244,20 +242,6 @@ void SensorSimulation::BuildScene(int width, int height)
             line[x] = static_cast<unsigned char>(value);
         }
     }
-}
-
-std::shared_ptr<Frame> SensorSimulation::FreeFrame()
-{
-    for (const std::shared_ptr<Frame>& frame : m_Pool) {
-        if (frame.use_count() == 1) {
-            return frame;
-        }
-    }
-    if (m_Pool.size() >= PoolSize) {
-        return nullptr;
-    }
-    m_Pool.push_back(std::make_shared<Frame>());
-    return m_Pool.back();
 }
 
 void SensorSimulation::Shade(Frame& frame) const

@@ -1,6 +1,7 @@
 #ifndef TARKACPP_SIM_SENSORSIMULATION_H
 #define TARKACPP_SIM_SENSORSIMULATION_H
 
+#include "../FramePool.h"
 #include <TarkaCPP/Sim/SimCamera.h>
 
 #include <memory>
@@ -62,7 +63,6 @@ private:
     };
 
     void BuildScene(int width, int height);
-    std::shared_ptr<Frame> FreeFrame();
     void Shade(Frame& frame) const;
     void DrawDisc(Frame& frame) const;
     void DrawOutline(Frame& frame) const;
@@ -75,7 +75,8 @@ private:
     std::vector<unsigned char> m_Scene;
     // Output level per scene value at the current exposure.
     std::vector<unsigned short> m_Levels;
-    std::vector<std::shared_ptr<Frame>> m_Pool;
+    // Four frames for the host; while it holds all of them, frames drop.
+    FramePool m_Pool{4};
     unsigned long long m_FrameCount = 0;
     double m_MeanLevel = 0.0;
 };
