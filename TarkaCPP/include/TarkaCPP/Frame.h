@@ -27,7 +27,8 @@ enum class PixelFormat
 int BytesPerPixel(PixelFormat format);
 
 // One image from the camera. Rows are stride bytes apart, stride at least
-// width times the bytes of a pixel; ids count up from 1 per acquisition.
+// width times the bytes of a pixel; id is the camera's number of the frame,
+// counting up (a gap means frames were lost).
 struct Frame
 {
     int width = 0;
