@@ -8,6 +8,7 @@
 
 namespace {
 const char LocaleOption[] = "--locale";
+const char ListDevicesOption[] = "--list-devices";
 } // namespace
 
 void ViewerOptions::ApplyLocale(int argc, char** argv)
@@ -32,16 +33,36 @@ void ViewerOptions::ApplyLocale(int argc, char** argv)
     qputenv("LANG", locale);
 }
 
+bool ViewerOptions::ListDevices(int argc, char** argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], ListDevicesOption) == 0) {
+            return true;
+        }
+    }
+    return false;
+}
+
 bool ViewerOptions::Parse(const QStringList& arguments)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Loads the tab extensions and shows their tabs for a simulated camera."));
+        QStringLiteral("Loads the tab extensions and shows their tabs for a camera."));
     parser.addHelpOption();
     const QCommandLineOption camera(
         QStringLiteral("camera"),
         QStringLiteral("The simulated camera: autofunction, automode, dsp or unsupported."),
         QStringLiteral("name"), QStringLiteral("autofunction"));
+    const QCommandLineOption genicam(
+        QStringLiteral("genicam"),
+        QStringLiteral("A camera simulated from its GenICam description, e.g. cameras/dsp.xml."),
+        QStringLiteral("file"));
+    const QCommandLineOption device(
+        QStringLiteral("device"), QStringLiteral("A GigE Vision or USB3 Vision camera by its id."),
+        QStringLiteral("id"));
+    const QCommandLineOption listDevices(
+        QStringLiteral("list-devices"),
+        QStringLiteral("Print the ids of the cameras found, one a line, and quit."));
     const QCommandLineOption plugins(QStringLiteral("plugins"),
                                      QStringLiteral("Folder of the plug-ins to load."),
                                      QStringLiteral("dir"));
@@ -57,7 +78,8 @@ bool ViewerOptions::Parse(const QStringList& arguments)
     const QCommandLineOption acquire(
         QStringLiteral("acquire"),
         QStringLiteral("Start acquisition at launch; a screenshot waits for the first frames."));
-    parser.addOptions({camera, plugins, screenshot, locale, verbose, acquire});
+    parser.addOptions(
+        {camera, genicam, device, listDevices, plugins, screenshot, locale, verbose, acquire});
 
     if (!parser.parse(arguments)) {
         m_ErrorText = parser.errorText();
@@ -72,7 +94,17 @@ bool ViewerOptions::Parse(const QStringList& arguments)
         return false;
     }
 
+    if (int(parser.isSet(camera)) + int(parser.isSet(genicam)) + int(parser.isSet(device)) > 1) {
+        m_ErrorText = QStringLiteral("--camera, --genicam and --device name one camera together");
+        return false;
+    }
     m_Camera = parser.value(camera);
+    m_InMemoryCamera = !parser.isSet(genicam) && !parser.isSet(device);
+    if (parser.isSet(genicam)) {
+        m_Camera = QFileInfo(parser.value(genicam)).absoluteFilePath();
+    } else if (parser.isSet(device)) {
+        m_Camera = parser.value(device);
+    }
     m_Verbose = parser.isSet(verbose);
     m_Acquire = parser.isSet(acquire);
     if (parser.isSet(plugins)) {

@@ -12,13 +12,22 @@ class ViewerOptions
 public:
     // Sets LC_ALL and LANG from "--locale NAME" or "--locale=NAME", if given.
     static void ApplyLocale(int argc, char** argv);
+    // True for "--list-devices", which needs no display, so it is asked
+    // before the application object exists.
+    static bool ListDevices(int argc, char** argv);
 
     // False, with ErrorText() set, for an unknown option or a missing value.
     // Relative paths are made absolute against the current directory.
     bool Parse(const QStringList& arguments);
 
     QString ErrorText() const { return m_ErrorText; }
+    // The camera to open by its CameraCatalog name: "--camera NAME", the
+    // absolute path of "--genicam FILE" or the id of "--device ID".
     QString Camera() const { return m_Camera; }
+    // True when the camera was named by "--camera", which only names the
+    // in-memory cameras.
+    bool InMemoryCamera() const { return m_InMemoryCamera; }
+
     // An empty folder means "plugins" beside the executable.
     QString PluginDirectory() const { return m_PluginDirectory; }
     // Empty unless a screenshot is asked for.
@@ -30,6 +39,7 @@ public:
 private:
     QString m_ErrorText;
     QString m_Camera;
+    bool m_InMemoryCamera = true;
     QString m_PluginDirectory;
     QString m_ScreenshotFile;
     bool m_Verbose = false;

@@ -1,8 +1,9 @@
 #include "ViewerWindow.h"
 
+#include "CameraSelector.h"
 #include "FeatureTableModel.h"
 #include "ImagePane.h"
-#include "SimulatedCamera.h"
+#include "OpenedCamera.h"
 
 #include <TabExtensionInterface.h>
 
@@ -49,9 +50,8 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     QToolBar* toolBar = addToolBar(tr("Camera"));
     toolBar->setMovable(false);
     toolBar->addWidget(new QLabel(tr("Camera: ")));
-    m_CameraSelector = new QComboBox;
+    m_CameraSelector = new CameraSelector;
     m_CameraSelector->setObjectName(QStringLiteral("cameraSelector"));
-    m_CameraSelector->addItems(SimulatedCamera::Names());
     toolBar->addWidget(m_CameraSelector);
     toolBar->addSeparator();
     m_AcquisitionButton = new QPushButton;
@@ -134,10 +134,16 @@ ViewerWindow::~ViewerWindow()
 bool ViewerWindow::OpenCamera(const QString& name)
 {
     CloseCamera();
-    m_Camera = SimulatedCamera::Open(name);
+    QString error;
+    m_Camera = OpenedCamera::Open(name, &error);
     if (!m_Camera) {
-        statusBar()->showMessage(tr("No camera named %1").arg(name));
+        statusBar()->showMessage(error);
+        PrintLine(error);
         return false;
+    }
+    connect(m_Camera.get(), SIGNAL(connectionLost(QString)), this, SLOT(OnCameraLost(QString)));
+    if (m_CameraSelector->findText(name) < 0) {
+        m_CameraSelector->addItem(name);
     }
     m_CameraSelector->setCurrentText(name);
     m_AcquisitionButton->setEnabled(m_Camera->CanAcquire());
@@ -170,6 +176,14 @@ void ViewerWindow::OnAcquisitionToggled(bool acquiring)
     ShowAcquiring(acquiring);
     emit acquisitionChanged(acquiring);
     m_FeatureModel->Refresh();
+}
+
+void ViewerWindow::OnCameraLost(const QString& message)
+{
+    // The tabs can't work without their camera; the message stays.
+    CloseCamera();
+    statusBar()->showMessage(message);
+    PrintLine(message);
 }
 
 void ViewerWindow::CloseCamera()

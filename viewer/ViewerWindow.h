@@ -17,7 +17,7 @@ class QSortFilterProxyModel;
 class QTabWidget;
 class QTableView;
 class QTimer;
-class SimulatedCamera;
+class OpenedCamera;
 
 // The viewer's main window: a camera selector and an acquisition button on
 // top, the tab extensions' pages for the opened camera on the left, and on
@@ -33,8 +33,9 @@ public:
     ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose, QWidget* parent = nullptr);
     ~ViewerWindow() override;
 
-    // Closes the current camera and opens the named one; false, with the
-    // current camera closed, for a name that isn't a camera.
+    // Closes the current camera and opens the named one (see CameraCatalog);
+    // false, with the current camera closed and the reason shown, for a
+    // camera that can't be opened.
     bool OpenCamera(const QString& name);
     // Starts acquisition as the acquisition button does.
     void StartAcquisition();
@@ -46,6 +47,7 @@ signals:
 private slots:
     void OnCameraSelected(const QString& name);
     void OnAcquisitionToggled(bool acquiring);
+    void OnCameraLost(const QString& message);
 
 private:
     void CloseCamera();
@@ -54,7 +56,7 @@ private:
 
     QVector<LoadedTabPlugin> m_Plugins;
     bool m_Verbose;
-    std::unique_ptr<SimulatedCamera> m_Camera;
+    std::unique_ptr<OpenedCamera> m_Camera;
     QStringList m_Refusals;
 
     QComboBox* m_CameraSelector;

@@ -1,11 +1,13 @@
 // The tab viewer: loads the tab extensions from a plugins folder and shows
-// their tabs for a simulated camera, as the camera viewer does for a real one.
+// their tabs for a simulated or a real camera, as the camera viewer does.
 
+#include "CameraCatalog.h"
 #include "ImagePane.h"
-#include "SimulatedCamera.h"
 #include "TabPluginLoader.h"
 #include "ViewerOptions.h"
 #include "ViewerWindow.h"
+
+#include <TarkaCPP/GenICam/GenICamCamera.h>
 
 #include <QApplication>
 #include <QDir>
@@ -46,6 +48,12 @@ int Fail(const QString& message, int code)
 
 int main(int argc, char** argv)
 {
+    if (ViewerOptions::ListDevices(argc, argv)) {
+        for (const std::string& id : KST::TrkAPI::GenICam::Camera::DeviceIds()) {
+            std::printf("%s\n", id.c_str());
+        }
+        return 0;
+    }
     ViewerOptions::ApplyLocale(argc, argv);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tabviewer"));
@@ -54,9 +62,10 @@ int main(int argc, char** argv)
     if (!options.Parse(QApplication::arguments())) {
         return Fail(options.ErrorText(), 2);
     }
-    if (!SimulatedCamera::Names().contains(options.Camera())) {
+    const QStringList inMemory = CameraCatalog::InMemoryNames();
+    if (options.InMemoryCamera() && !inMemory.contains(options.Camera())) {
         return Fail(QStringLiteral("unknown camera \"%1\"; the cameras are: %2")
-                        .arg(options.Camera(), SimulatedCamera::Names().join(QStringLiteral(", "))),
+                        .arg(options.Camera(), inMemory.join(QStringLiteral(", "))),
                     2);
     }
 
@@ -82,7 +91,9 @@ int main(int argc, char** argv)
     QDir::setCurrent(QFileInfo(pluginDirectory).absolutePath());
 
     ViewerWindow window(loader.Plugins(), options.Verbose());
-    window.OpenCamera(options.Camera());
+    if (!window.OpenCamera(options.Camera())) {
+        return 1;
+    }
     window.show();
     if (options.Acquire()) {
         window.StartAcquisition();

@@ -58,9 +58,21 @@ bool WaitFor(const std::function<bool()>& done, int milliseconds)
     return true;
 }
 
-EditorTab::EditorTab(std::unique_ptr<Camera> made) : camera(std::move(made))
+EditorTab::EditorTab(std::unique_ptr<Camera> made)
+    : device(std::move(made)), camera(static_cast<Camera*>(device.get())),
+      settle([this] { camera->WaitForNotifications(); })
 {
-    widget = new AutoROIWidget(MakeFeatureVector(*camera), &page);
+    widget = new AutoROIWidget(MakeFeatureVector(*device), &page);
+    QVBoxLayout* layout = new QVBoxLayout;
+    layout->addWidget(widget);
+    page.setLayout(layout);
+}
+
+EditorTab::EditorTab(std::unique_ptr<KST::TrkAPI::Device> opened,
+                     const std::function<void()>& settle)
+    : device(std::move(opened)), camera(nullptr), settle(settle)
+{
+    widget = new AutoROIWidget(MakeFeatureVector(*device), &page);
     QVBoxLayout* layout = new QVBoxLayout;
     layout->addWidget(widget);
     page.setLayout(layout);
@@ -75,7 +87,7 @@ void EditorTab::Show()
 
 void EditorTab::Tick()
 {
-    camera->WaitForNotifications();
+    settle();
     QCoreApplication::processEvents();
     QMetaObject::invokeMethod(widget, "updateTimer");
 }
@@ -98,7 +110,10 @@ void EditorTab::Mouse(QEvent::Type type, const QPoint& position)
 std::vector<long long> EditorTab::Ints(const std::vector<std::string>& names) const
 {
     std::vector<long long> values;
-    for (const std::string& name : names)
-        values.push_back(camera->IntValue(name));
+    for (const std::string& name : names) {
+        long long value = -1;
+        device->Find(name)->GetValue(value);
+        values.push_back(value);
+    }
     return values;
 }

@@ -47,6 +47,9 @@ bool WaitFor(const std::function<bool()>& done, int milliseconds = 3000);
 struct EditorTab
 {
     explicit EditorTab(std::unique_ptr<KST::TrkAPI::Sim::Camera> made);
+    // Over a camera of any backend; settle returns once the camera has
+    // delivered the notifications of its changes so far.
+    EditorTab(std::unique_ptr<KST::TrkAPI::Device> opened, const std::function<void()>& settle);
 
     // Shows the page with the tab's own timer stopped, so that each test
     // decides when the dispatch runs, and takes in what loading wrote back.
@@ -58,7 +61,7 @@ struct EditorTab
     void WaitForPreview();
     // A left button press, move or release on the preview.
     void Mouse(QEvent::Type type, const QPoint& position);
-    // The camera's whole values of the named features.
+    // The camera's whole values of the named features, read through them.
     std::vector<long long> Ints(const std::vector<std::string>& names) const;
 
     template <typename T = QDoubleSpinBox>
@@ -102,7 +105,10 @@ struct EditorTab
         return item ? qobject_cast<T*>(item->widget()) : nullptr;
     }
 
-    std::unique_ptr<KST::TrkAPI::Sim::Camera> camera;
+    std::unique_ptr<KST::TrkAPI::Device> device;
+    // The in-memory camera, for its test hooks; null over other backends.
+    KST::TrkAPI::Sim::Camera* camera;
+    std::function<void()> settle;
     QWidget page;
     AutoROIWidget* widget;
 };

@@ -1,15 +1,15 @@
 #ifndef SIMFEATURES_H
 #define SIMFEATURES_H
 
-// Hands an in-memory camera's features to code under test the way the host does.
+// Hands a camera's features to code under test the way the host does.
 
 #include "FeatureTypes.h"
 
-#include <TarkaCPP/Sim/SimCamera.h>
+#include <TarkaCPP/Device.h>
 
 #include <QSharedPointer>
 
-inline QSharedPointer<FeatureVector> MakeFeatureVector(const KST::TrkAPI::Sim::Camera& camera)
+inline QSharedPointer<FeatureVector> MakeFeatureVector(const KST::TrkAPI::Device& camera)
 {
     QSharedPointer<FeatureVector> features(new FeatureVector);
     for (const FeaturePtr& feature : camera.Features()) {

@@ -25,7 +25,18 @@ TEST(ViewerOptions, ReadsTheCommandLine)
     EXPECT_TRUE(given.Verbose());
     EXPECT_TRUE(given.Acquire());
 
+    // A description file or a device names the camera instead.
+    ViewerOptions described;
+    ASSERT_TRUE(described.Parse({"tabviewer", "--genicam", "cameras/dsp.xml"}));
+    EXPECT_EQ(described.Camera(), QDir::current().filePath("cameras/dsp.xml"));
+    EXPECT_FALSE(described.InMemoryCamera());
+    ViewerOptions device;
+    ASSERT_TRUE(device.Parse({"tabviewer", "--device=Aravis-Fake-GV01"}));
+    EXPECT_EQ(device.Camera(), "Aravis-Fake-GV01");
+    EXPECT_TRUE(defaults.InMemoryCamera());
+
     ViewerOptions wrong;
+    EXPECT_FALSE(wrong.Parse({"tabviewer", "--camera", "dsp", "--device", "one"}));
     EXPECT_FALSE(wrong.Parse({"tabviewer", "--colour", "red"}));
     EXPECT_TRUE(wrong.ErrorText().contains("colour"));
     EXPECT_FALSE(wrong.Parse({"tabviewer", "--camera"}));

@@ -1,4 +1,5 @@
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -41,10 +42,16 @@ TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshotOfItsLiveImage)
 {
     QTemporaryDir output;
     ASSERT_TRUE(output.isValid());
-    for (const QString camera : {"autofunction", "automode", "dsp"}) {
-        SCOPED_TRACE(camera.toStdString());
-        const QString file = output.filePath(camera + ".png");
-        const ViewerRun run = RunViewer({"--camera", camera, "--acquire", "--screenshot", file});
+    // The in-memory camera, and the same described in GenICam.
+    for (const QStringList& camera :
+         {QStringList{"--camera", "autofunction"}, QStringList{"--camera", "automode"},
+          QStringList{"--camera", "dsp"},
+          QStringList{"--genicam", QStringLiteral(TAB_CAMERAS_DIR) + "/autofunction.xml"},
+          QStringList{"--genicam", QStringLiteral(TAB_CAMERAS_DIR) + "/automode.xml"},
+          QStringList{"--genicam", QStringLiteral(TAB_CAMERAS_DIR) + "/dsp.xml"}}) {
+        SCOPED_TRACE(camera.join(" ").toStdString());
+        const QString file = output.filePath(QFileInfo(camera.last()).baseName() + ".png");
+        const ViewerRun run = RunViewer(camera + QStringList{"--acquire", "--screenshot", file});
         EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
         EXPECT_FALSE(run.errors.contains("no frame")) << run.errors.toStdString();
         // The plug-in folder also holds translations, which are no plug-ins.
@@ -97,4 +104,14 @@ TEST(ViewerProcess, RefusesToStartWithoutPluginsOrWithAnUnknownCamera)
     run = RunViewer({"--plugins", QStringLiteral(TAB_PLUGIN_DIR), "--camera", "mono"});
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_TRUE(run.errors.contains("unknown camera \"mono\"")) << run.errors.toStdString();
+
+    const QString none = folder.filePath("none.xml");
+    run = RunViewer({"--plugins", QStringLiteral(TAB_PLUGIN_DIR), "--genicam", none});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(run.errors.contains("cannot read " + none)) << run.errors.toStdString();
+
+    // Listing the devices needs no display; finding none is no error.
+    run = RunViewer({"--list-devices"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.errors, "");
 }

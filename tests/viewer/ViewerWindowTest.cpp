@@ -88,8 +88,14 @@ TEST(ViewerWindow, PagesLiveAsLongAsTheirCamera)
     EXPECT_EQ(selector->currentText(), "automode");
     EXPECT_TRUE(FeatureValue(window, "DSPSubregionTop").isEmpty());
 
+    // The descriptions of the cameras folder are there to choose.
+    ASSERT_NE(selector->findText("dsp.xml"), -1);
+    emit selector->textActivated("dsp.xml");
+    ASSERT_EQ(accepting.pages.size(), 3);
+    EXPECT_EQ(FeatureValue(window, "DSPSubregionTop"), "486");
+
     EXPECT_FALSE(window.OpenCamera("mono"));
-    EXPECT_TRUE(accepting.pages.at(1).isNull());
+    EXPECT_TRUE(accepting.pages.at(2).isNull());
     EXPECT_EQ(pages->count(), 0);
     EXPECT_TRUE(window.statusBar()->currentMessage().contains("mono"));
 }

@@ -23,6 +23,9 @@ public:
     virtual std::vector<FeaturePtr> Features() const = 0;
     // The feature of that name, or an empty pointer if the camera has none.
     virtual FeaturePtr Find(const std::string& name) const = 0;
+    // False once the camera stopped answering: its features then fail. A
+    // camera that can't be lost, such as an in-memory one, is always connected.
+    virtual bool IsConnected() const = 0;
 
     // Frames go to handler while the camera acquires ("AcquisitionStart" to
     // "AcquisitionStop"); an empty handler takes none. Returns only after a

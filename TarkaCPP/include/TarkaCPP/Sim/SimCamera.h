@@ -196,6 +196,7 @@ public:
     // The features in the camera's order, and one by name (empty if absent).
     std::vector<FeaturePtr> Features() const override;
     FeaturePtr Find(const std::string& name) const override;
+    bool IsConnected() const override { return true; }
     void SetFrameHandler(const FrameHandler& handler) override;
 
     // Test hooks. A failure makes that operation of that feature return code

@@ -1,0 +1,118 @@
+#ifndef TARKACPP_GENICAM_GENICAMCAMERA_H
+#define TARKACPP_GENICAM_GENICAMCAMERA_H
+
+#include <TarkaCPP/Device.h>
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace KST {
+namespace TrkAPI {
+namespace GenICam {
+
+class Connection;
+
+// Result codes of the GenICam backend. Callers only tell zero from non-zero;
+// distinct codes make failures readable.
+enum ErrorCode : TrkErrorType
+{
+    Success = 0,
+    ErrorWrongType = -2001,
+    ErrorOutOfRange = -2002,
+    ErrorOffGrid = -2003,
+    ErrorNotWritable = -2004,
+    ErrorBufferTooSmall = -2005,
+    ErrorInvalidArgument = -2006,
+    ErrorNoIncrement = -2007,
+    ErrorAlreadyRegistered = -2008,
+    ErrorNotRegistered = -2009,
+    ErrorUnavailableEntry = -2010,
+    // Aravis reported an error, or GLib a warning, for the call.
+    ErrorDevice = -2011,
+    // Another call held the camera longer than CallTimeout.
+    ErrorBusy = -2012,
+    // The device stopped answering; nothing reaches it any more.
+    ErrorDeviceLost = -2013,
+    // The Camera object is gone.
+    ErrorClosed = -2014
+};
+
+// A camera described by GenICam, reached through Aravis: a real GigE Vision
+// or USB3 Vision device, or Aravis's in-process simulation of a description
+// file. Every feature that the description's categories list, from "Root"
+// down, is served as a Feature in that order; its category is the path of
+// categories below "Root", e.g. "/AcquisitionControl/ExposureControl".
+//
+// Writes off the range or the increment grid, and writes to features that are
+// read-only, locked or unavailable, are refused as a camera does. Aravis and
+// GLib report nothing on stderr: their errors and warnings become codes.
+//
+// GenICam has no change notification, so observers are served in two ways,
+// both from a notifier thread of the camera: after every write or command
+// each watched feature whose value, range, increment, writability or entry
+// availability changed is notified, and so is the written one; and watched
+// features are read every PollPeriod for changes made elsewhere.
+//
+// Aravis objects aren't thread-safe: one lock per camera serialises every
+// Aravis call. A call waits at most CallTimeout for it, and a device that
+// timed out once counts as lost, so a slow or absent device holds up a
+// caller for no longer than about one call's timeout.
+//
+// FeaturePtrs stay safe after the Camera object is gone; their calls then
+// fail with ErrorClosed and notifications stop. The Camera object must not
+// be destroyed from inside an observer callback.
+class Camera : public Device
+{
+public:
+    static const std::chrono::milliseconds PollPeriod;
+    static const std::chrono::milliseconds CallTimeout;
+
+    ~Camera() override;
+
+    Camera(const Camera&) = delete;
+    Camera& operator=(const Camera&) = delete;
+
+    // Opens the device of that Aravis id, as DeviceIds() lists them; null,
+    // with the reason in error if given, when it can't be opened.
+    static std::unique_ptr<Camera> Open(const std::string& deviceId, std::string* error = nullptr);
+    // Opens a simulation of the GenICam description file through Aravis's
+    // in-process fake camera.
+    static std::unique_ptr<Camera> OpenDescription(const std::string& file,
+                                                   std::string* error = nullptr);
+    // The ids of the GigE Vision and USB3 Vision devices found now.
+    static std::vector<std::string> DeviceIds();
+
+    std::vector<FeaturePtr> Features() const override;
+    FeaturePtr Find(const std::string& name) const override;
+    bool IsConnected() const override;
+
+    // Returns once the watched features have been read and every change found
+    // so far delivered. Returns at once when called from the notifier thread.
+    void WaitForNotifications();
+
+    // The camera's Aravis connection with its lock, for other parts of the
+    // backend, such as a stream of images, to build on.
+    const std::shared_ptr<Connection>& GetConnection() const { return m_Connection; }
+
+private:
+    explicit Camera(const std::shared_ptr<Connection>& connection);
+    void RunNotifier();
+    // Reads the watched features and queues what changed, with m_Lock of
+    // the connection held on entry and on return.
+    void Refresh(std::unique_lock<std::mutex>& lock);
+    void Deliver(std::unique_lock<std::mutex>& lock);
+
+    std::shared_ptr<Connection> m_Connection;
+    std::vector<FeaturePtr> m_Features;
+    std::thread m_Notifier;
+};
+
+} // namespace GenICam
+} // namespace TrkAPI
+} // namespace KST
+
+#endif

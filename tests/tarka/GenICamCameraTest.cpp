@@ -1,0 +1,332 @@
+// The GenICam backend over Aravis's fake cameras serving the descriptions of
+// cameras/: what each feature reports, which writes it refuses, and when
+// and from where observers hear of changes; one camera goes through the
+// GigE Vision protocol over loopback.
+
+#include "GenICam/Connection.h"
+#include <TarkaCPP/GenICam/GenICamCamera.h>
+
+#include <QProcess>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <mutex>
+#include <thread>
+
+using namespace KST::TrkAPI;
+using namespace KST::TrkAPI::GenICam;
+
+namespace {
+
+std::string Description(const std::string& family)
+{
+    return std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml";
+}
+
+std::unique_ptr<Camera> OpenFamily(const std::string& family)
+{
+    std::string error;
+    std::unique_ptr<Camera> camera = Camera::OpenDescription(Description(family), &error);
+    EXPECT_TRUE(camera) << error;
+    return camera;
+}
+
+std::string Text(const FeaturePtr& feature,
+                 TrkErrorType (Feature::*read)(char*, unsigned int&) const)
+{
+    unsigned int length = 0;
+    if (((*feature).*read)(nullptr, length) != 0 || length == 0) {
+        return std::string();
+    }
+    std::string buffer(length, '\0');
+    ((*feature).*read)(&buffer[0], length);
+    return buffer.c_str();
+}
+
+long long Int(const FeaturePtr& feature)
+{
+    long long value = -1;
+    EXPECT_EQ(feature->GetValue(value), 0);
+    return value;
+}
+
+std::pair<long long, long long> Range(const FeaturePtr& feature)
+{
+    long long min = -1;
+    long long max = -1;
+    EXPECT_EQ(feature->GetRange(min, max), 0);
+    return {min, max};
+}
+
+bool Writable(const FeaturePtr& feature)
+{
+    bool writable = false;
+    EXPECT_EQ(feature->IsWritable(writable), 0);
+    return writable;
+}
+
+// Records the names it is told of and whether any call came on the thread
+// that wrote.
+struct RecordingObserver : IFeatureObserver
+{
+    void FeatureChanged(const FeaturePtr& feature) override
+    {
+        std::lock_guard<std::mutex> lock(m_Lock);
+        m_Names.push_back(Text(feature, &Feature::GetName));
+        m_OnWriter = m_OnWriter || std::this_thread::get_id() == m_Writer;
+    }
+    std::vector<std::string> Names()
+    {
+        std::lock_guard<std::mutex> lock(m_Lock);
+        std::vector<std::string> names;
+        names.swap(m_Names);
+        return names;
+    }
+
+    std::mutex m_Lock;
+    std::vector<std::string> m_Names;
+    std::thread::id m_Writer = std::this_thread::get_id();
+    bool m_OnWriter = false;
+};
+
+} // namespace
+
+TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
+{
+    std::unique_ptr<Camera> camera = OpenFamily("autofunction");
+    ASSERT_TRUE(camera);
+    EXPECT_TRUE(camera->IsConnected());
+    const std::vector<std::pair<const char*, TrkFeatureDataType>> types = {
+        {"Width", TrkFeatureDataInt},
+        {"ExposureTime", TrkFeatureDataFloat},
+        {"ExposureAutoTimebase", TrkFeatureDataEnum},
+        {"DeviceModelName", TrkFeatureDataString},
+        {"AutofunctionAOIEnable", TrkFeatureDataBool},
+        {"AcquisitionStart", TrkFeatureDataCommand},
+    };
+    for (const auto& expected : types) {
+        FeaturePtr feature = camera->Find(expected.first);
+        ASSERT_TRUE(feature) << expected.first;
+        TrkFeatureDataType type = TrkFeatureDataUnknown;
+        EXPECT_EQ(feature->GetDataType(type), 0);
+        EXPECT_EQ(type, expected.second) << expected.first;
+    }
+    FeaturePtr minimum = camera->Find("ExposureAutoMin");
+    EXPECT_EQ(Text(minimum, &Feature::GetName), "ExposureAutoMin");
+    EXPECT_EQ(Text(minimum, &Feature::GetDisplayName), "Exposure Auto Min");
+    EXPECT_EQ(Text(minimum, &Feature::GetCategory), "/AcquisitionControl/ExposureControl");
+    // Only what the categories list is a feature, in their order.
+    EXPECT_FALSE(camera->Find("AutofunctionAOIOffsetXMax"));
+    EXPECT_FALSE(camera->Find("Root"));
+    EXPECT_EQ(Text(camera->Features().front(), &Feature::GetName), "DeviceVendorName");
+    EXPECT_EQ(camera->Features().size(), 30u);
+}
+
+TEST(GenICamCamera, RefusesWritesOffRangeOffGridOrNotWritableAndLimitsFollow)
+{
+    std::unique_ptr<Camera> camera = OpenFamily("autofunction");
+    ASSERT_TRUE(camera);
+    FeaturePtr offset = camera->Find("AutofunctionAOIOffsetX");
+    FeaturePtr width = camera->Find("AutofunctionAOIWidth");
+    EXPECT_EQ(Range(offset), std::make_pair(0LL, 1296LL));
+    long long increment = 0;
+    EXPECT_EQ(offset->GetIncrement(increment), 0);
+    EXPECT_EQ(increment, 4);
+
+    EXPECT_EQ(offset->SetValue(650LL), ErrorOffGrid);
+    EXPECT_EQ(offset->SetValue(1300LL), ErrorOutOfRange);
+    EXPECT_EQ(offset->SetValue(1.0), ErrorWrongType);
+    EXPECT_EQ(offset->SetValue(1000LL), 0);
+    EXPECT_EQ(Int(offset), 1000);
+    // The width's limit follows the offset, and the offset's the width.
+    EXPECT_EQ(Range(width), std::make_pair(64LL, 1592LL));
+    EXPECT_EQ(width->SetValue(1596LL), ErrorOutOfRange);
+    EXPECT_EQ(width->SetValue(500LL), 0);
+    EXPECT_EQ(Range(offset).second, 2092);
+
+    // A float without an increment has none to tell.
+    double step = 0.0;
+    EXPECT_NE(camera->Find("ExposureTime")->GetIncrement(step), 0);
+    FeaturePtr sensor = camera->Find("SensorWidth");
+    EXPECT_FALSE(Writable(sensor));
+    EXPECT_EQ(sensor->SetValue(2592LL), ErrorNotWritable);
+
+    // Acquiring locks the image format; commands run.
+    FeaturePtr imageWidth = camera->Find("Width");
+    EXPECT_TRUE(Writable(imageWidth));
+    EXPECT_EQ(camera->Find("AcquisitionStart")->RunCommand(), 0);
+    bool acquiring = false;
+    EXPECT_EQ(camera->Find("AcquisitionStatus")->GetValue(acquiring), 0);
+    EXPECT_TRUE(acquiring);
+    EXPECT_FALSE(Writable(imageWidth));
+    EXPECT_EQ(imageWidth->SetValue(1024LL), ErrorNotWritable);
+    EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
+    EXPECT_EQ(imageWidth->SetValue(1024LL), 0);
+}
+
+TEST(GenICamCamera, EnumerationEntriesAreListedAndUnavailableOnesRefused)
+{
+    std::unique_ptr<Camera> camera = OpenFamily("autofunction");
+    ASSERT_TRUE(camera);
+    FeaturePtr timebase = camera->Find("ExposureAutoTimebase");
+    unsigned int count = 0;
+    ASSERT_EQ(timebase->GetValues(nullptr, count), 0);
+    std::vector<const char*> entries(count);
+    ASSERT_EQ(timebase->GetValues(entries.data(), count), 0);
+    EXPECT_EQ(std::vector<std::string>(entries.begin(), entries.end()),
+              std::vector<std::string>({"1us", "10us", "100us", "1ms"}));
+    bool available = true;
+    EXPECT_EQ(timebase->IsValueAvailable("1us", available), 0);
+    EXPECT_FALSE(available);
+    EXPECT_EQ(timebase->IsValueAvailable("2us", available), ErrorInvalidArgument);
+    EXPECT_EQ(timebase->SetValue("1us"), ErrorUnavailableEntry);
+    EXPECT_EQ(timebase->SetValue("5us"), ErrorInvalidArgument);
+
+    // A new time base converts the limits, which count in its units.
+    FeaturePtr maximum = camera->Find("ExposureAutoMax");
+    EXPECT_EQ(Int(maximum), 50000);
+    EXPECT_EQ(timebase->SetValue("100us"), 0);
+    EXPECT_EQ(Text(timebase, &Feature::GetValue), "100us");
+    EXPECT_EQ(Int(maximum), 5000);
+    EXPECT_EQ(Range(maximum).second, 100000);
+}
+
+TEST(GenICamCamera, ObserversHearOfWrittenAndDependentFeaturesFromALibraryThread)
+{
+    std::unique_ptr<Camera> camera = OpenFamily("dsp");
+    ASSERT_TRUE(camera);
+    auto* raw = new RecordingObserver;
+    IFeatureObserverPtr observer(raw);
+    FeaturePtr left = camera->Find("DSPSubregionLeft");
+    FeaturePtr right = camera->Find("DSPSubregionRight");
+    FeaturePtr top = camera->Find("DSPSubregionTop");
+    for (const FeaturePtr& feature : {left, right, top}) {
+        ASSERT_EQ(feature->RegisterObserver(observer), 0);
+    }
+    EXPECT_EQ(left->RegisterObserver(observer), ErrorAlreadyRegistered);
+
+    // The right edge's lower limit follows the left edge; the top stays.
+    ASSERT_EQ(left->SetValue(100LL), 0);
+    camera->WaitForNotifications();
+    EXPECT_EQ(raw->Names(), std::vector<std::string>({"DSPSubregionLeft", "DSPSubregionRight"}));
+    // A value written again unchanged is still told.
+    ASSERT_EQ(left->SetValue(100LL), 0);
+    camera->WaitForNotifications();
+    EXPECT_EQ(raw->Names(), std::vector<std::string>({"DSPSubregionLeft"}));
+    EXPECT_FALSE(raw->m_OnWriter);
+
+    EXPECT_EQ(right->UnregisterObserver(observer), 0);
+    EXPECT_EQ(right->UnregisterObserver(observer), ErrorNotRegistered);
+    ASSERT_EQ(right->SetValue(1000LL), 0);
+    camera->WaitForNotifications();
+    EXPECT_EQ(raw->Names(), std::vector<std::string>({"DSPSubregionLeft"}));
+
+    // Once the camera is gone its features fail and stay safe to drop.
+    camera.reset();
+    long long value = 0;
+    EXPECT_EQ(left->GetValue(value), ErrorClosed);
+    EXPECT_EQ(left->SetValue(100LL), ErrorClosed);
+    EXPECT_EQ(Text(left, &Feature::GetName), "DSPSubregionLeft");
+}
+
+TEST(GenICamCamera, ChangesMadeElsewhereAreFoundByPolling)
+{
+    std::unique_ptr<Camera> camera = OpenFamily("automode");
+    ASSERT_TRUE(camera);
+    auto* raw = new RecordingObserver;
+    IFeatureObserverPtr observer(raw);
+    for (const char* name : {"AutoModeRegionWidth", "AutoModeRegionOffsetX", "Height"}) {
+        ASSERT_EQ(camera->Find(name)->RegisterObserver(observer), 0);
+    }
+    Connection& connection = *camera->GetConnection();
+    {
+        std::lock_guard<std::timed_mutex> lock(connection.AravisLock());
+        arv_device_set_integer_feature_value(connection.AravisDevice(), "AutoModeRegionWidth", 640,
+                                             nullptr);
+    }
+    // Nothing asks the camera: its own polling finds the new width and the
+    // offset's new limit.
+    std::vector<std::string> names;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (names.size() < 2 && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(Camera::PollPeriod / 5);
+        for (const std::string& name : raw->Names()) {
+            names.push_back(name);
+        }
+    }
+    std::sort(names.begin(), names.end());
+    EXPECT_EQ(names, std::vector<std::string>({"AutoModeRegionOffsetX", "AutoModeRegionWidth"}));
+    EXPECT_FALSE(raw->m_OnWriter);
+}
+
+TEST(GenICamCamera, UnreadableDescriptionsAreRefusedWithoutNoise)
+{
+    std::string error;
+    EXPECT_FALSE(Camera::OpenDescription("/nonexistent/camera.xml", &error));
+    EXPECT_NE(error.find("/nonexistent/camera.xml"), std::string::npos);
+
+    const std::string broken = testing::TempDir() + "broken-camera.xml";
+    std::ofstream(broken) << "<RegisterDescription><Integer Name=\"Width\"><Value>x";
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(Camera::OpenDescription(broken, &error));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_FALSE(error.empty());
+    EXPECT_FALSE(Camera::Open("", &error));
+    std::remove(broken.c_str());
+}
+
+TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
+{
+    const QString tool = QStandardPaths::findExecutable(QStringLiteral("arv-fake-gv-camera-0.8"));
+    if (tool.isEmpty()) {
+        GTEST_SKIP() << "arv-fake-gv-camera-0.8 (package aravis-tools) is not installed";
+    }
+    QProcess server;
+    server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    server.start(tool, {"-i", "127.0.0.1", "-g", QString::fromStdString(Description("automode"))});
+    ASSERT_TRUE(server.waitForStarted(10000));
+
+    // The server needs a moment before it answers discovery.
+    std::string id;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (id.empty() && std::chrono::steady_clock::now() < deadline) {
+        for (const std::string& found : Camera::DeviceIds()) {
+            if (found.find("Fake-GV") != std::string::npos) {
+                id = found;
+            }
+        }
+    }
+    ASSERT_FALSE(id.empty()) << "the fake GigE Vision camera was not discovered";
+
+    std::string error;
+    std::unique_ptr<Camera> camera = Camera::Open(id, &error);
+    ASSERT_TRUE(camera) << error;
+    EXPECT_EQ(Text(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
+    FeaturePtr offset = camera->Find("AutoModeRegionOffsetX");
+    FeaturePtr width = camera->Find("AutoModeRegionWidth");
+    EXPECT_EQ(Int(offset), 648);
+    EXPECT_EQ(width->SetValue(640LL), 0);
+    EXPECT_EQ(offset->SetValue(1952LL), 0);
+    EXPECT_EQ(offset->SetValue(1960LL), ErrorOutOfRange);
+    EXPECT_EQ(Int(offset), 1952);
+    EXPECT_EQ(Int(width), 640);
+    // The acquisition register lives in the device.
+    EXPECT_EQ(camera->Find("AcquisitionStart")->RunCommand(), 0);
+    bool acquiring = false;
+    EXPECT_EQ(camera->Find("AcquisitionStatus")->GetValue(acquiring), 0);
+    EXPECT_TRUE(acquiring);
+    EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
+
+    // A device that stops answering is lost: its calls fail from then on.
+    server.kill();
+    EXPECT_TRUE(server.waitForFinished(10000));
+    FeaturePtr status = camera->Find("AcquisitionStatus");
+    EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
+    EXPECT_FALSE(camera->IsConnected());
+    EXPECT_EQ(offset->SetValue(1952LL), ErrorDeviceLost);
+}
