@@ -1,6 +1,7 @@
 #include "ImagePane.h"
 #include "FrameConversion.h"
 
+#include <TarkaCPP/GenICam/GenICamCamera.h>
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
 #include <QCoreApplication>
@@ -107,6 +108,22 @@ TEST(ImagePane, ShowsTheNewestFrameAndDropsThoseItCannotShowInTime)
     pane.Clear();
     EXPECT_EQ(0u, pane.FramesShown());
     EXPECT_EQ(0u, pane.FramesReceived());
+    camera->SetFrameHandler(FrameHandler());
+}
+
+TEST(ImagePane, ShowsTheImagesOfAGenICamCamera)
+{
+    ImagePane pane;
+    pane.resize(320, 240);
+    pane.show();
+    std::string error;
+    std::unique_ptr<GenICam::Camera> camera = GenICam::Camera::OpenDescription(
+        std::string(TAB_CAMERAS_DIR) + "/autofunction.xml", &error);
+    ASSERT_TRUE(camera) << error;
+    camera->SetFrameHandler(pane.Handler());
+    ASSERT_EQ(0, camera->Find("AcquisitionStart")->RunCommand());
+    EXPECT_TRUE(ProcessUntil([&] { return pane.FramesShown() >= 2; }));
+    EXPECT_EQ(0, camera->Find("AcquisitionStop")->RunCommand());
     camera->SetFrameHandler(FrameHandler());
 }
 
