@@ -2,6 +2,7 @@
 
 #include "DebugLine.h"
 #include "FeatureManager.h"
+#include "FeatureText.h"
 #include "PluginFeatureObserver.h"
 #include "Qt4Compat.h"
 
@@ -19,6 +20,7 @@ namespace {
 // The code logged and returned by an observer pass over an empty feature list.
 const qint32 NoFeatures = -3;
 
+// Milliseconds between two ticks while the tab is visible.
 const int TickInterval = 1000;
 
 // Greys the text of every disabled control of a tab.
@@ -35,8 +37,7 @@ void DropMessage(QtMsgType, const char*) {}
 
 BaseTabPluginWidget::BaseTabPluginWidget(const QSharedPointer<FeatureVector>& features,
                                          QWidget* parent)
-    : QWidget(parent), m_FeatureManager(nullptr), m_ChangedFeatures(nullptr),
-      m_UpdateTimer(nullptr), m_ChangeMutex(nullptr), m_InDispatch(false), m_TickDeferred(false)
+    : QWidget(parent)
 {
     // A Qt 5 message handler installed earlier would take precedence over
     // the Qt 4 one; it is reset so that the silence holds for the process.
@@ -125,7 +126,7 @@ qint32 BaseTabPluginWidget::ObserverPass(
     qint32 result = 0;
     for (const FeaturePtr& feature : features) {
         QString name;
-        result = PluginFeatureObserver::ReadName(*feature, name);
+        result = ReadFeatureName(*feature, name);
         if (result != 0 || !m_ObservedFeatures.contains(name)) {
             continue;
         }

@@ -62,12 +62,12 @@ private slots:
     void OnFeatureChanged(QString name, QString value);
 
 protected:
-    FeatureManager* m_FeatureManager;
-    QStringList* m_ChangedFeatures;
+    FeatureManager* m_FeatureManager = nullptr;
+    QStringList* m_ChangedFeatures = nullptr;
     QStringList m_ObservedFeatures;
     QSharedPointer<FeatureVector> m_Features;
-    QTimer* m_UpdateTimer;
-    QMutex* m_ChangeMutex;
+    QTimer* m_UpdateTimer = nullptr;
+    QMutex* m_ChangeMutex = nullptr;
     FeatureObserverPtr m_FeatureObserver;
 
 private:
@@ -76,8 +76,8 @@ private:
     void FinishDispatch();
 
     // Set while a dispatch holds m_ChangeMutex; see updateTimer().
-    bool m_InDispatch;
-    bool m_TickDeferred;
+    bool m_InDispatch = false;
+    bool m_TickDeferred = false;
     QStringList m_LateChanges;
 };
 

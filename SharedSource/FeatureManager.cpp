@@ -141,9 +141,7 @@ double ReadValueRange(Feature& feature, bool* writable, double* min, double* max
         *writable = feature.IsWritable(flag) == 0 && flag;
     }
     TrkFeatureDataType type = TrkFeatureDataUnknown;
-    if (feature.GetDataType(type) != 0) {
-        type = TrkFeatureDataUnknown;
-    }
+    ReadFeatureDataType(feature, type);
 
     if (type == TrkFeatureDataInt) {
         const long long value = ReadValue<long long>(feature);
@@ -238,7 +236,10 @@ FeaturePtr FeatureManager::FindFeature(const QString& name, const QString& alt1,
     if (alt1.isEmpty() || feature) {
         return feature;
     }
-    // Looks alt1 up once more although the two-name form just missed it.
+    // Looks alt1 up once more although the two-name form just missed it. The
+    // library calls of a lookup are part of its behaviour, so this walk is
+    // kept on purpose; the FeatureManager test
+    // LookupPrefersNamesInOrderAndRepeatsTheAlternativeWalk pins its count.
     const FeaturePtr alternative = FindFeature(alt1);
     if (alt2.isEmpty() || alternative) {
         return alternative;
@@ -390,8 +391,8 @@ QString FeatureManager::GetTextValueOf(FeaturePtr feature)
 TrkFeatureDataType FeatureManager::GetDataTypeOf(FeaturePtr feature)
 {
     TrkFeatureDataType type = TrkFeatureDataUnknown;
-    if (!feature || feature->GetDataType(type) != 0) {
-        return TrkFeatureDataUnknown;
+    if (feature) {
+        ReadFeatureDataType(*feature, type);
     }
     return type;
 }
@@ -536,7 +537,10 @@ QString FeatureManager::SetValue(const QString& name, const QString& alt1, const
         return value;
     }
     feature->SetValue(Qt4Compat::ToAscii(value).constData());
-    // Deliberately looks for a feature named like the written text.
+    // Looks for a feature named like the written text and reads it. The
+    // library calls of a write are part of its behaviour, so this lookup is
+    // kept on purpose; the FeatureManager test
+    // TextWritesCommandsAndEntriesReportAsStated pins it.
     GetTextValue(value);
     return value;
 }

@@ -36,6 +36,53 @@ TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGet
     return result;
 }
 
+TrkErrorType ReadFeatureName(const KST::TrkAPI::Feature& feature, QString& name)
+{
+    return ReadFeatureText(feature, &KST::TrkAPI::Feature::GetName, name);
+}
+
+TrkErrorType ReadFeatureDataType(const KST::TrkAPI::Feature& feature, TrkFeatureDataType& type)
+{
+    const TrkErrorType result = feature.GetDataType(type);
+    if (result != 0) {
+        type = TrkFeatureDataUnknown;
+    }
+    return result;
+}
+
+QString FeatureValueAsText(const KST::TrkAPI::Feature& feature, TrkFeatureDataType type)
+{
+    switch (type) {
+    case TrkFeatureDataInt: {
+        long long value = 0;
+        return feature.GetValue(value) == 0 ? QString::number(value) : QString();
+    }
+    case TrkFeatureDataFloat: {
+        double value = 0.0;
+        return feature.GetValue(value) == 0 ? QString::number(value, 'g', 6) : QString();
+    }
+    case TrkFeatureDataEnum:
+    case TrkFeatureDataString: {
+        QString value;
+        ReadFeatureText(feature, FeatureValueText, value);
+        return value;
+    }
+    case TrkFeatureDataBool: {
+        bool value = false;
+        if (feature.GetValue(value) != 0) {
+            return QString();
+        }
+        return value ? QStringLiteral("true") : QStringLiteral("false");
+    }
+    case TrkFeatureDataCommand:
+        return QStringLiteral("[COMMAND]");
+    case TrkFeatureDataRaw:
+        return QStringLiteral("Click here to open");
+    default:
+        return QString();
+    }
+}
+
 std::vector<std::string> ReadFeatureEntries(KST::TrkAPI::Feature& feature)
 {
     std::vector<std::string> entries;

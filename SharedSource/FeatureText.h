@@ -30,6 +30,18 @@ TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGet
 TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
                              QString& text);
 
+// The feature's name, read by ReadFeatureText.
+TrkErrorType ReadFeatureName(const KST::TrkAPI::Feature& feature, QString& name);
+
+// The feature's data type and the library's code; type is
+// TrkFeatureDataUnknown after a failure.
+TrkErrorType ReadFeatureDataType(const KST::TrkAPI::Feature& feature, TrkFeatureDataType& type);
+
+// The text form of a feature's value of the given type, as tabs report it:
+// numbers and flags as Qt writes them, texts as they are, fixed words for
+// commands and raw data, and empty text when the value can't be read.
+QString FeatureValueAsText(const KST::TrkAPI::Feature& feature, TrkFeatureDataType type);
+
 // The entries of an enumeration, read in two calls like a text: the count
 // with a null array, then the library's pointers, of which exactly that many
 // are copied (a null pointer as empty text). Any failure gives no entries.

@@ -18,13 +18,6 @@ public:
 
     void FeatureChanged(const FeaturePtr& feature) override;
 
-    // The text form of a feature's value, as carried by setChangedFeature.
-    static QString ValueText(const KST::TrkAPI::Feature& feature, TrkFeatureDataType type);
-
-    // The feature's name, read by ReadFeatureText: the library's code, or
-    // FeatureTextNoBuffer when the buffer can't be allocated.
-    static TrkErrorType ReadName(const KST::TrkAPI::Feature& feature, QString& text);
-
 signals:
     void setChangedFeature(QString featureName, QString sValue);
 };

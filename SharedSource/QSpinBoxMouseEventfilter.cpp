@@ -2,7 +2,7 @@
 
 #include <QEvent>
 
-QSpinBoxMouseEventFilter::QSpinBoxMouseEventFilter() : QObject(0), m_MousePressed(false) {}
+QSpinBoxMouseEventFilter::QSpinBoxMouseEventFilter() : QObject(nullptr) {}
 
 QSpinBoxMouseEventFilter::~QSpinBoxMouseEventFilter() {}
 

@@ -22,7 +22,7 @@ signals:
     void mouseReleased();
 
 private:
-    bool m_MousePressed;
+    bool m_MousePressed = false;
 };
 
 #endif // QSPINBOXMOUSEEVENTFILTER_H

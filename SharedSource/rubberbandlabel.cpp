@@ -13,6 +13,9 @@
 
 namespace {
 
+// Milliseconds after a resize until the band is placed exactly.
+const int ResizeSettleDelay = 200;
+
 // The hit zones are four pixels deep and look at one coordinate only, so each
 // runs across the whole label. The near zones (left, top) include the band's
 // outermost line; the far zones (right, bottom) stop one short of it.
@@ -35,9 +38,7 @@ QRect FromCorners(int x1, int y1, int x2, int y2)
 
 RubberBandLabel::RubberBandLabel(int imageWidth, int imageHeight, const QColor& color,
                                  QWidget* parent)
-    : QLabel(parent), m_RubberBand(0), m_DragOffsetX(0), m_DragOffsetY(0), m_Color(color),
-      m_ImageWidth(imageWidth), m_ImageHeight(imageHeight), m_Moving(false), m_ResizingLeft(false),
-      m_ResizingRight(false), m_ResizingTop(false), m_ResizingBottom(false), m_Top(-1), m_Left(0),
+    : QLabel(parent), m_Color(color), m_ImageWidth(imageWidth), m_ImageHeight(imageHeight),
       m_Width(imageWidth), m_Height(imageHeight)
 {
     // Until a region is given the band stands for the whole image; the
@@ -81,8 +82,9 @@ bool RubberBandLabel::IsResizing() const
 
 QSize RubberBandLabel::sizeHint() const
 {
-    if (!m_RubberBand)
+    if (!m_RubberBand) {
         return QSize(100, 100);
+    }
     return QSize(width(), heightForWidth(width()));
 }
 
@@ -117,17 +119,19 @@ void RubberBandLabel::mousePressEvent(QMouseEvent* event)
     }
     // One edge at most: which corner is meant is read from the cursor that
     // the hover left on the label.
-    if (InFarZone(x, band.right()))
+    if (InFarZone(x, band.right())) {
         m_ResizingRight = true;
-    else if (InNearZone(x, band.left()))
+    } else if (InNearZone(x, band.left())) {
         m_ResizingLeft = true;
-    else if (InNearZone(y, band.top()))
+    } else if (InNearZone(y, band.top())) {
         m_ResizingTop = true;
-    else if (InFarZone(y, band.bottom()))
+    } else if (InFarZone(y, band.bottom())) {
         m_ResizingBottom = true;
+    }
 
-    if (IsDragging())
+    if (IsDragging()) {
         emit GeometryChangeStarted();
+    }
     emit clicked();
 }
 
@@ -149,8 +153,9 @@ void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
     const int x = event->x();
     const int y = event->y();
     // x may reach one past the last column, y only the row before the last.
-    if (x < 0 || y < 0 || x > width() || y >= height() - 1 || !m_RubberBand)
+    if (x < 0 || y < 0 || x > width() || y >= height() - 1 || !m_RubberBand) {
         return;
+    }
 
     if (IsDragging()) {
         m_RubberBand->setGeometry(DraggedBand(x, y));
@@ -159,8 +164,9 @@ void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
         // What runs in here may delete this label, and may deliver a press.
         QPointer<RubberBandLabel> guard(this);
         QCoreApplication::processEvents();
-        if (!guard || !IsDragging())
+        if (!guard || !IsDragging()) {
             return;
+        }
     }
     const QRect region = BandInImagePixels();
     emit UpdateGeometry(region.top(), region.left(), region.width(), region.height());
@@ -169,16 +175,18 @@ void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
 void RubberBandLabel::resizeEvent(QResizeEvent* event)
 {
     setPixmap(m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    if (m_RubberBand)
+    if (m_RubberBand) {
         m_RubberBand->setGeometry(EstimatedBand(event->size(), event->oldSize()));
+    }
     // The estimate drifts; the exact placement waits until the size settles.
-    QTimer::singleShot(200, this, SLOT(UpdateGeometryAfterResize()));
+    QTimer::singleShot(ResizeSettleDelay, this, SLOT(UpdateGeometryAfterResize()));
 }
 
 void RubberBandLabel::showEvent(QShowEvent* event)
 {
-    if (m_RubberBand)
+    if (m_RubberBand) {
         return;
+    }
 
     m_RubberBand = new QRubberBand(QRubberBand::Rectangle, this);
     if (m_Top < 0) {
@@ -219,11 +227,13 @@ double RubberBandLabel::ScreenScale() const
 
 void RubberBandLabel::PlaceStoredRegion()
 {
-    if (!m_RubberBand)
+    if (!m_RubberBand) {
         return;
+    }
     const double scale = ScreenScale();
-    if (scale < 1e-05)
+    if (scale < 1e-05) {
         return;
+    }
     m_RubberBand->setGeometry(int(m_Left * scale), int(m_Top * scale), int(m_Width * scale),
                               int(m_Height * scale));
 }
@@ -253,10 +263,12 @@ QRect RubberBandLabel::EstimatedBand(const QSize& newSize, const QSize& oldSize)
 
     double sizeH = fullHeight ? fitH : band.height() / ratioY + 0.5;
     double sizeW = fullWidth ? fitW : band.width() / ratioX + 0.5;
-    if (sizeW + band.left() >= fitW)
+    if (sizeW + band.left() >= fitW) {
         sizeW = fitW - band.left();
-    if (sizeH + band.top() >= fitH)
+    }
+    if (sizeH + band.top() >= fitH) {
         sizeH = fitH - band.top();
+    }
 
     return QRect(int(band.left() / ratioX + 0.5), int(band.top() / ratioY + 0.5), int(sizeW),
                  int(sizeH));
@@ -276,10 +288,11 @@ QRect RubberBandLabel::DraggedBand(int x, int y) const
 
         if (m_ResizingRight) {
             x2 = qMin(x, GetFittedWidth());
-            if (shape == Qt::SizeBDiagCursor)
+            if (shape == Qt::SizeBDiagCursor) {
                 y1 = y;
-            else if (shape != Qt::SizeHorCursor)
+            } else if (shape != Qt::SizeHorCursor) {
                 y2 = qMin(y, pictureBottom); // also a press that came with a stale cursor
+            }
         } else if (m_ResizingLeft) {
             // Only a cursor the hover set on the left edge says which corner
             // is meant; any other leaves the band as it is.
@@ -324,10 +337,11 @@ void RubberBandLabel::SetCursorForPosition(int x, int y)
     if (rightZone || InNearZone(x, band.left())) {
         // Top right and bottom left lie on one diagonal, top left and bottom
         // right on the other; the top corners win where both rows match.
-        if (topZone || below)
+        if (topZone || below) {
             shape = topZone == rightZone ? Qt::SizeBDiagCursor : Qt::SizeFDiagCursor;
-        else
+        } else {
             shape = Qt::SizeHorCursor;
+        }
     } else if (topZone || InFarZone(y, band.bottom())) {
         shape = Qt::SizeVerCursor;
     } else if (band.contains(x, y)) {

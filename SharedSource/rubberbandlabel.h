@@ -18,7 +18,8 @@ class RubberBandLabel : public QLabel
     Q_OBJECT
 
 public:
-    RubberBandLabel(int imageWidth, int imageHeight, const QColor& color, QWidget* parent = 0);
+    RubberBandLabel(int imageWidth, int imageHeight, const QColor& color,
+                    QWidget* parent = nullptr);
     ~RubberBandLabel() override;
 
     // Stores the region and places the band for it, once the band exists.
@@ -61,20 +62,20 @@ private:
     void SetCursorForPosition(int x, int y);
     QRect BandInImagePixels() const;
 
-    QRubberBand* m_RubberBand;
-    int m_DragOffsetX;
-    int m_DragOffsetY;
+    QRubberBand* m_RubberBand = nullptr;
+    int m_DragOffsetX = 0;
+    int m_DragOffsetY = 0;
     QColor m_Color;
     QPixmap m_Pixmap;
     int m_ImageWidth;
     int m_ImageHeight;
-    bool m_Moving;
-    bool m_ResizingLeft;
-    bool m_ResizingRight;
-    bool m_ResizingTop;
-    bool m_ResizingBottom;
-    int m_Top;
-    int m_Left;
+    bool m_Moving = false;
+    bool m_ResizingLeft = false;
+    bool m_ResizingRight = false;
+    bool m_ResizingTop = false;
+    bool m_ResizingBottom = false;
+    int m_Top = -1;
+    int m_Left = 0;
     int m_Width;
     int m_Height;
 };

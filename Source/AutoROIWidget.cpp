@@ -26,46 +26,65 @@ namespace {
 // number, and such a size counts as 0.
 quint64 TruncateToSize(double value)
 {
-    if (!std::isfinite(value))
+    if (!std::isfinite(value)) {
         return 0;
+    }
     return quint64(qint64(value));
 }
 
 } // namespace
 
 AutoROIWidget::AutoROIWidget(const QSharedPointer<FeatureVector>& features, QWidget* parent)
-    : BaseTabPluginWidget(features, parent), m_TrustedUpdate(false), m_CamIsStreaming(false),
-      m_ROIWidth(0), m_ROIHeight(0), m_CheckEnable(nullptr), m_CheckShowArea(nullptr),
-      m_SpinTop(nullptr), m_SpinLeft(nullptr), m_SpinRight(nullptr), m_SpinBottom(nullptr),
-      m_SpinWidth(nullptr), m_SpinHeight(nullptr), m_LabelEnable(nullptr), m_LabelShowArea(nullptr),
-      m_LabelTop(nullptr), m_LabelLeft(nullptr), m_LabelRight(nullptr), m_LabelBottom(nullptr),
-      m_LabelWidth(nullptr), m_LabelHeight(nullptr), m_LabelErrorVertical(nullptr),
-      m_LabelErrorHorizontal(nullptr), m_BtnFull(nullptr), m_BtnHalf(nullptr),
-      m_BtnQuarter(nullptr), m_RubberBandLabel(nullptr), m_FilterTop(nullptr),
-      m_FilterLeft(nullptr), m_FilterWidth(nullptr), m_FilterHeight(nullptr),
-      m_SpinExpAutoMin(nullptr), m_SpinExpAutoMax(nullptr), m_ComboExpAutoTimebase(nullptr),
-      m_LabelExpAutoMin(nullptr), m_LabelExpAutoMax(nullptr), m_LabelExpAutoTimebase(nullptr),
-      m_BtnExpAutoMinCurrent(nullptr), m_BtnExpAutoMaxCurrent(nullptr)
+    : BaseTabPluginWidget(features, parent)
 {
-    // The title is translated before this tab's translator is installed, so
-    // the first tab of a process is named in the source language.
+    AcceptCamera(parent);
+
+    QTranslator* translator = LoadTranslator("tabextensionautoaoi");
+    if (!translator->isEmpty()) {
+        QCoreApplication::installTranslator(translator);
+    }
+
+    WatchFeatures();
+    ui.setupUi(this);
+    // Observers only collect names until the tab is shown, so they can go on
+    // before the controls exist.
+    RegisterObservers(false);
+    BuildRegionGroup();
+    BuildExposureAutoGroup();
+    LoadExposureAuto();
+    LoadRegion();
+
+    // A DSP region whose edges cross or leave the image is set to the whole
+    // image the way the user would do it.
+    if (m_FeatureManager->HasFeature("DSPSubregionLeft") && !IsDSPRegionValid()) {
+        m_BtnFull->click();
+    }
+}
+
+// Names the tab and its page by the camera's family, or refuses a camera of
+// none. The title is translated before this tab's translator is installed,
+// so the first tab of a process is named in the source language.
+void AutoROIWidget::AcceptCamera(QWidget* parent)
+{
     QString title;
     if (m_FeatureManager->HasFeature("DSPSubregionLeft", "AutofunctionAOIOffsetX") ||
         m_FeatureManager->HasFeature("AutoModeRegionHeight")) {
         title = m_FeatureManager->HasFeature("AutofunctionAOIOffsetX") ? tr("Autofunction AOI")
                                                                        : tr("Autofunction ROI");
     }
-    if (parent)
+    if (parent) {
         parent->setAccessibleName(title);
+    }
     setAccessibleName(title);
-    if (title.isEmpty())
+    if (title.isEmpty()) {
         throw TENotSupported("AutoROIWidget",
                              "camera does not support auto AOI, widget not created");
+    }
+}
 
-    QTranslator* translator = LoadTranslator("tabextensionautoaoi");
-    if (!translator->isEmpty())
-        QCoreApplication::installTranslator(translator);
-
+// The features of every family are watched, whichever the camera has.
+void AutoROIWidget::WatchFeatures()
+{
     m_ObservedFeatures << "Height"
                        << "Width"
                        << "DSPSubregionTop"
@@ -85,28 +104,15 @@ AutoROIWidget::AutoROIWidget(const QSharedPointer<FeatureVector>& features, QWid
                        << "ExposureAutoMin"
                        << "ExposureAutoMax"
                        << "ExposureAutoTimebase";
-
-    ui.setupUi(this);
-    // Observers only collect names until the tab is shown, so they can go on
-    // before the controls exist.
-    RegisterObservers(false);
-    BuildRegionGroup();
-    BuildExposureAutoGroup();
-    LoadExposureAuto();
-    LoadRegion();
-
-    // A DSP region whose edges cross or leave the image is set to the whole
-    // image the way the user would do it.
-    if (m_FeatureManager->HasFeature("DSPSubregionLeft") && !IsDSPRegionValid())
-        m_BtnFull->click();
 }
 
 AutoROIWidget::~AutoROIWidget()
 {
     // The accessible name marks an editor whose controls are its own to free;
     // with it cleared, everything is left to the widget tree.
-    if (accessibleName() == "")
+    if (accessibleName() == "") {
         return;
+    }
 
     // The two Current buttons, the inner region group and the time base
     // placeholders are left to the widget tree. The filters have no parent.
@@ -145,32 +151,51 @@ AutoROIWidget::~AutoROIWidget()
     qDeleteAll(owned);
 }
 
+// The preview, then the inner region group: its controls, its grid and the
+// connections of the controls.
 void AutoROIWidget::BuildRegionGroup()
 {
     m_ROIWidth = GetROIWidth();
     m_ROIHeight = GetROIHeight();
     // Lifted by the first feature dispatch.
     ui.gb_AutoROI->setMaximumWidth(350);
-    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight"))
+    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight")) {
         ui.gb_AutoROI->setTitle(tr("Autofunction AOI"));
-    else if (m_FeatureManager->HasFeature("AutoModeRegionHeight"))
+    } else if (m_FeatureManager->HasFeature("AutoModeRegionHeight")) {
         ui.gb_AutoROI->setTitle(tr("AutoMode ROI"));
-    else
+    } else {
         ui.gb_AutoROI->setTitle(tr("Autofunction ROI"));
+    }
     MakePreview();
     connect(m_RubberBandLabel, SIGNAL(GeometryChangeStarted()), this,
             SLOT(OnGeometryChangeStarted()));
 
+    QGroupBox* regionGroup = MakeRegionGroupBox();
+    MakeRegionControls();
+    regionGroup->setLayout(MakeRegionGrid());
+    ui.grid_AutoROI->addWidget(regionGroup, 1, 0, 1, 1, Qt::AlignTop);
+    ConnectRegionControls();
+}
+
+QGroupBox* AutoROIWidget::MakeRegionGroupBox()
+{
     QGroupBox* regionGroup = new QGroupBox;
     regionGroup->setFixedHeight(200);
     regionGroup->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight"))
+    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight")) {
         regionGroup->setTitle(tr("Autofunction AOI"));
-    else if (m_FeatureManager->HasFeature("DSPSubregionTop"))
+    } else if (m_FeatureManager->HasFeature("DSPSubregionTop")) {
         regionGroup->setTitle(tr("DSPSubregion"));
-    else
+    } else {
         regionGroup->setTitle(tr("AutoModeRegion"));
+    }
+    return regionGroup;
+}
 
+// The spin boxes with their filters, their captions and the message lines;
+// the check boxes and buttons are made with the grid.
+void AutoROIWidget::MakeRegionControls()
+{
     m_SpinTop = new QDoubleSpinBox;
     m_SpinLeft = new QDoubleSpinBox;
     m_SpinRight = new QDoubleSpinBox;
@@ -187,10 +212,12 @@ void AutoROIWidget::BuildRegionGroup()
     m_SpinHeight->installEventFilter(m_FilterHeight);
     const QList<QDoubleSpinBox*> regionSpins = {m_SpinTop,    m_SpinLeft,  m_SpinRight,
                                                 m_SpinBottom, m_SpinWidth, m_SpinHeight};
-    for (QDoubleSpinBox* spin : regionSpins)
+    for (QDoubleSpinBox* spin : regionSpins) {
         spin->setKeyboardTracking(false);
-    for (QDoubleSpinBox* spin : regionSpins)
+    }
+    for (QDoubleSpinBox* spin : regionSpins) {
         SetupSpinBox(spin);
+    }
 
     m_LabelTop =
         new QLabel(m_FeatureManager->HasFeature("DSPSubregionTop") ? tr("Top:") : tr("OffsetY:"));
@@ -206,7 +233,12 @@ void AutoROIWidget::BuildRegionGroup()
         label->setStyleSheet("QLabel {color : red; }");
         label->setVisible(false);
     }
+}
 
+// The grid of the inner region group, with the optional check boxes, which
+// are made and connected as their row is filled, and the preset buttons.
+QGridLayout* AutoROIWidget::MakeRegionGrid()
+{
     // Each row holds two captioned controls: the caption in column 1 or 5,
     // the control beside it across two columns.
     QGridLayout* grid = new QGridLayout;
@@ -240,15 +272,17 @@ void AutoROIWidget::BuildRegionGroup()
     m_BtnFull = new QPushButton(tr("Full"));
     m_BtnHalf = new QPushButton(tr("1/4"));
     m_BtnQuarter = new QPushButton(tr("1/16"));
-    for (QPushButton* button : {m_BtnFull, m_BtnHalf, m_BtnQuarter})
+    for (QPushButton* button : {m_BtnFull, m_BtnHalf, m_BtnQuarter}) {
         button->setMaximumHeight(18);
+    }
     grid->addWidget(m_BtnFull, 6, 2, 1, 1, Qt::AlignLeft);
     grid->addWidget(m_BtnHalf, 6, 3, 1, 3, Qt::AlignCenter);
     grid->addWidget(m_BtnQuarter, 6, 6, 1, 1, Qt::AlignRight);
+    return grid;
+}
 
-    regionGroup->setLayout(grid);
-    ui.grid_AutoROI->addWidget(regionGroup, 1, 0, 1, 1, Qt::AlignTop);
-
+void AutoROIWidget::ConnectRegionControls()
+{
     auto connectRegionSpin = [this](QDoubleSpinBox* spin, const char* valueSlot) {
         connect(spin, SIGNAL(valueChanged(double)), this, valueSlot);
         connect(spin, SIGNAL(editingFinished()), this, SLOT(OnSpinEditingFinished()));
@@ -351,8 +385,9 @@ void AutoROIWidget::SetupSpinBox(QDoubleSpinBox* spin)
 // expects them.
 quint64 AutoROIWidget::GetROIWidth()
 {
-    if (!m_FeatureManager->HasFeature("AutofunctionAOIWidth"))
+    if (!m_FeatureManager->HasFeature("AutofunctionAOIWidth")) {
         return TruncateToSize(m_FeatureManager->GetValue("Width"));
+    }
     double offsetMin = 0.0;
     double offsetMax = 0.0;
     m_FeatureManager->GetValueRange("AutofunctionAOIOffsetY", &offsetMin, &offsetMax);
@@ -365,8 +400,9 @@ quint64 AutoROIWidget::GetROIWidth()
 
 quint64 AutoROIWidget::GetROIHeight()
 {
-    if (!m_FeatureManager->HasFeature("AutofunctionAOIHeight"))
+    if (!m_FeatureManager->HasFeature("AutofunctionAOIHeight")) {
         return TruncateToSize(m_FeatureManager->GetValue("Height"));
+    }
     double heightMin = 0.0;
     double heightMax = 0.0;
     const qint64 height = qint64(m_FeatureManager->GetValueRange("Height", &heightMin, &heightMax));
@@ -398,8 +434,9 @@ void AutoROIWidget::MakePreview()
 // messages of LoadRegion let it pass.
 bool AutoROIWidget::IsDSPRegionValid()
 {
-    if (!m_FeatureManager->HasFeature("DSPSubregionTop"))
+    if (!m_FeatureManager->HasFeature("DSPSubregionTop")) {
         return true;
+    }
     const double top = m_FeatureManager->GetValue("DSPSubregionTop");
     const double bottom = m_FeatureManager->GetValue("DSPSubregionBottom");
     const double left = m_FeatureManager->GetValue("DSPSubregionLeft");
@@ -414,17 +451,20 @@ bool AutoROIWidget::IsDSPRegionValid()
 void AutoROIWidget::BlockControlSignals(bool block)
 {
     for (QDoubleSpinBox* spin : {m_SpinTop, m_SpinLeft, m_SpinRight, m_SpinBottom, m_SpinWidth,
-                                 m_SpinHeight, m_SpinExpAutoMin, m_SpinExpAutoMax})
+                                 m_SpinHeight, m_SpinExpAutoMin, m_SpinExpAutoMax}) {
         spin->blockSignals(block);
-    if (m_ComboExpAutoTimebase)
+    }
+    if (m_ComboExpAutoTimebase) {
         m_ComboExpAutoTimebase->blockSignals(block);
+    }
 }
 
 void AutoROIWidget::LoadExposureAuto()
 {
     BlockControlSignals(true);
-    if (m_FeatureManager->HasFeature("ExposureAutoTimebase"))
+    if (m_FeatureManager->HasFeature("ExposureAutoTimebase")) {
         FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
+    }
     BlockControlSignals(false);
 
     // The value is set while the spin box still shows no decimals, so a
@@ -447,10 +487,11 @@ void AutoROIWidget::LoadExposureAuto()
 
 void AutoROIWidget::LoadRegion()
 {
-    if (m_FeatureManager->HasFeature("DSPSubregionTop"))
+    if (m_FeatureManager->HasFeature("DSPSubregionTop")) {
         LoadEdgeRegion();
-    else if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight"))
+    } else if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight")) {
         LoadOffsetRegion();
+    }
 }
 
 // Nothing is blocked here: a spin box whose shown value changes writes it
@@ -471,8 +512,9 @@ void AutoROIWidget::LoadEdgeRegion()
         double imageMin = 0.0;
         m_FeatureManager->GetValueRange(imageName, &imageMin, &edges.nearMax);
         m_FeatureManager->GetValueRange(imageName, &imageMin, &edges.farMax);
-        if (edges.farEdge > edges.farMax)
+        if (edges.farEdge > edges.farMax) {
             edges.farMax = edges.farEdge;
+        }
         nearSpin->setRange(edges.nearMin, edges.nearMax);
         nearSpin->setValue(edges.nearEdge);
         farSpin->setRange(edges.farMin, edges.farMax);
@@ -530,8 +572,9 @@ void AutoROIWidget::LoadOffsetRegion()
                                                       &offsetMin, &offsetMax, &offsetStep);
         span.size = m_FeatureManager->GetValueRange(axis.autofunctionSize, axis.autoModeSize,
                                                     &sizeMin, &sizeMax, &sizeStep);
-        if (m_FeatureManager->HasFeature(axis.autofunctionSize))
+        if (m_FeatureManager->HasFeature(axis.autofunctionSize)) {
             sizeMax = double(axis.referenceSize);
+        }
         axis.spinOffset->setRange(offsetMin, offsetMax);
         axis.spinOffset->setSingleStep(offsetStep);
         axis.spinOffset->setValue(span.offset);
@@ -575,8 +618,9 @@ void AutoROIWidget::PlaceOffsetBand(double top, double left, double width, doubl
 
 void AutoROIWidget::LoadEnableState()
 {
-    if (!m_CheckEnable)
+    if (!m_CheckEnable) {
         return;
+    }
     const bool enabled = m_FeatureManager->GetValue("AutofunctionAOIEnable") != 0.0;
     m_CheckEnable->setCheckState(enabled ? Qt::Checked : Qt::Unchecked);
     SetControlsEnabled(enabled);
@@ -586,8 +630,9 @@ void AutoROIWidget::LoadEnableState()
 // the check box is asked for like its neighbour.
 void AutoROIWidget::LoadShowAreaState()
 {
-    if (!m_CheckShowArea)
+    if (!m_CheckShowArea) {
         return;
+    }
     const bool shown = m_FeatureManager->GetValue("AutofunctionAOIShowArea") != 0.0;
     m_CheckShowArea->setCheckState(shown ? Qt::Checked : Qt::Unchecked);
 }
@@ -597,14 +642,17 @@ void AutoROIWidget::LoadShowAreaState()
 void AutoROIWidget::SetControlsEnabled(bool enabled)
 {
     QList<QWidget*> controls;
-    if (m_CheckShowArea)
+    if (m_CheckShowArea) {
         controls << m_CheckShowArea;
+    }
     controls << m_RubberBandLabel << m_SpinTop << m_SpinLeft;
-    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight"))
+    if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight")) {
         controls << m_SpinWidth << m_SpinHeight;
+    }
     controls << m_BtnFull << m_BtnHalf << m_BtnQuarter << ui.gb_AutoROI;
-    for (QWidget* control : controls)
+    for (QWidget* control : controls) {
         control->setEnabled(enabled);
+    }
 }
 
 void AutoROIWidget::UpdatePreviewFromSpinBoxes()
@@ -645,8 +693,9 @@ void AutoROIWidget::RebuildPreview()
     m_ROIWidth = GetROIWidth();
     m_ROIHeight = GetROIHeight();
     // A new label allocates a picture of the full reference size.
-    if (m_ROIWidth == oldWidth && m_ROIHeight == oldHeight)
+    if (m_ROIWidth == oldWidth && m_ROIHeight == oldHeight) {
         return;
+    }
 
     // The dispatch that gets here can run inside the old label's own mouse
     // handler, whose hover processes events; deleting the label now would

@@ -7,6 +7,8 @@
 class QCheckBox;
 class QComboBox;
 class QDoubleSpinBox;
+class QGridLayout;
+class QGroupBox;
 class QLabel;
 class QPushButton;
 class QSpinBoxMouseEventFilter;
@@ -25,10 +27,10 @@ class AutoROIWidget : public BaseTabPluginWidget
 public:
     // Throws TENotSupported for a camera of no family.
     AutoROIWidget(const QSharedPointer<FeatureVector>& features, QWidget* parent);
-    virtual ~AutoROIWidget();
+    ~AutoROIWidget() override;
 
 protected:
-    virtual void HandleChangedFeatures();
+    void HandleChangedFeatures() override;
 
 private slots:
     void OnSpinTopValueChanged(double value);
@@ -58,8 +60,16 @@ public slots:
     void camIsStreaming(bool streaming);
 
 private:
+    // Construction.
+    void AcceptCamera(QWidget* parent);
+    void WatchFeatures();
+
     // Form and controls.
     void BuildRegionGroup();
+    QGroupBox* MakeRegionGroupBox();
+    void MakeRegionControls();
+    QGridLayout* MakeRegionGrid();
+    void ConnectRegionControls();
     void BuildExposureAutoGroup();
     void SetupControl(QWidget* control);
     void SetupSpinBox(QDoubleSpinBox* spin);
@@ -83,6 +93,9 @@ private:
     void RebuildPreview();
 
     // Recalculation from the camera's answers.
+    void DispatchRegionChanges(const QStringList& changed);
+    void DispatchExposureAutoChanges(const QStringList& changed);
+    void ReloadExposureAutoRanges();
     void UpdateWidthFromFeature();
     void UpdateLeftFromFeature();
     void UpdateRightFromFeature();
@@ -105,44 +118,44 @@ private:
     void SetCentredArea(double sideFactor);
 
     AutoROIWidgetForm ui;
-    bool m_TrustedUpdate;
-    bool m_CamIsStreaming;
-    quint64 m_ROIWidth;
-    quint64 m_ROIHeight;
-    QCheckBox* m_CheckEnable;
-    QCheckBox* m_CheckShowArea;
-    QDoubleSpinBox* m_SpinTop;
-    QDoubleSpinBox* m_SpinLeft;
-    QDoubleSpinBox* m_SpinRight;
-    QDoubleSpinBox* m_SpinBottom;
-    QDoubleSpinBox* m_SpinWidth;
-    QDoubleSpinBox* m_SpinHeight;
-    QLabel* m_LabelEnable;
-    QLabel* m_LabelShowArea;
-    QLabel* m_LabelTop;
-    QLabel* m_LabelLeft;
-    QLabel* m_LabelRight;
-    QLabel* m_LabelBottom;
-    QLabel* m_LabelWidth;
-    QLabel* m_LabelHeight;
-    QLabel* m_LabelErrorVertical;
-    QLabel* m_LabelErrorHorizontal;
-    QPushButton* m_BtnFull;
-    QPushButton* m_BtnHalf;
-    QPushButton* m_BtnQuarter;
-    RubberBandLabel* m_RubberBandLabel;
-    QSpinBoxMouseEventFilter* m_FilterTop;
-    QSpinBoxMouseEventFilter* m_FilterLeft;
-    QSpinBoxMouseEventFilter* m_FilterWidth;
-    QSpinBoxMouseEventFilter* m_FilterHeight;
-    QDoubleSpinBox* m_SpinExpAutoMin;
-    QDoubleSpinBox* m_SpinExpAutoMax;
-    QComboBox* m_ComboExpAutoTimebase;
-    QLabel* m_LabelExpAutoMin;
-    QLabel* m_LabelExpAutoMax;
-    QLabel* m_LabelExpAutoTimebase;
-    QPushButton* m_BtnExpAutoMinCurrent;
-    QPushButton* m_BtnExpAutoMaxCurrent;
+    bool m_TrustedUpdate = false;
+    bool m_CamIsStreaming = false;
+    quint64 m_ROIWidth = 0;
+    quint64 m_ROIHeight = 0;
+    QCheckBox* m_CheckEnable = nullptr;
+    QCheckBox* m_CheckShowArea = nullptr;
+    QDoubleSpinBox* m_SpinTop = nullptr;
+    QDoubleSpinBox* m_SpinLeft = nullptr;
+    QDoubleSpinBox* m_SpinRight = nullptr;
+    QDoubleSpinBox* m_SpinBottom = nullptr;
+    QDoubleSpinBox* m_SpinWidth = nullptr;
+    QDoubleSpinBox* m_SpinHeight = nullptr;
+    QLabel* m_LabelEnable = nullptr;
+    QLabel* m_LabelShowArea = nullptr;
+    QLabel* m_LabelTop = nullptr;
+    QLabel* m_LabelLeft = nullptr;
+    QLabel* m_LabelRight = nullptr;
+    QLabel* m_LabelBottom = nullptr;
+    QLabel* m_LabelWidth = nullptr;
+    QLabel* m_LabelHeight = nullptr;
+    QLabel* m_LabelErrorVertical = nullptr;
+    QLabel* m_LabelErrorHorizontal = nullptr;
+    QPushButton* m_BtnFull = nullptr;
+    QPushButton* m_BtnHalf = nullptr;
+    QPushButton* m_BtnQuarter = nullptr;
+    RubberBandLabel* m_RubberBandLabel = nullptr;
+    QSpinBoxMouseEventFilter* m_FilterTop = nullptr;
+    QSpinBoxMouseEventFilter* m_FilterLeft = nullptr;
+    QSpinBoxMouseEventFilter* m_FilterWidth = nullptr;
+    QSpinBoxMouseEventFilter* m_FilterHeight = nullptr;
+    QDoubleSpinBox* m_SpinExpAutoMin = nullptr;
+    QDoubleSpinBox* m_SpinExpAutoMax = nullptr;
+    QComboBox* m_ComboExpAutoTimebase = nullptr;
+    QLabel* m_LabelExpAutoMin = nullptr;
+    QLabel* m_LabelExpAutoMax = nullptr;
+    QLabel* m_LabelExpAutoTimebase = nullptr;
+    QPushButton* m_BtnExpAutoMinCurrent = nullptr;
+    QPushButton* m_BtnExpAutoMaxCurrent = nullptr;
 };
 
 #endif

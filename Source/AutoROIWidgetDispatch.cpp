@@ -25,6 +25,14 @@
 
 namespace {
 
+// After an edit or a preset, the camera's answer is shown this many
+// milliseconds later instead of at the next tick.
+const int RefreshDelay = 200;
+
+// For this many milliseconds after a dropped band the size check keeps quiet,
+// while the camera takes the new offsets and sizes one by one.
+const int TrustedUpdateWindow = 250;
+
 // Gives value to the first of names that the camera has; a camera that has
 // none of them gets nothing.
 void SetFirstExisting(FeatureManager* features, std::initializer_list<const char*> names,
@@ -54,8 +62,9 @@ int SnapUpToGrid(int value, const QDoubleSpinBox* spin)
     const int difference = value - minimum;
     const int base = step == 0 ? 0 : difference / step * step;
     const int remainder = difference - base;
-    if (remainder == 0)
+    if (remainder == 0) {
         return value;
+    }
     return minimum + base + (remainder > 0 ? step : 0);
 }
 
@@ -95,8 +104,9 @@ void WriteExposureLimit(FeatureManager* features, const char* limit, const QDoub
 void AutoROIWidget::HandleChangedFeatures()
 {
     // The band belongs to the user while a drag lasts.
-    if (m_RubberBandLabel->IsDragging())
+    if (m_RubberBandLabel->IsDragging()) {
         return;
+    }
 
     if (ui.gb_AutoROI->maximumWidth() < QWIDGETSIZE_MAX) {
         DebugLine() << ui.gb_AutoROI->maximumWidth();
@@ -104,22 +114,36 @@ void AutoROIWidget::HandleChangedFeatures()
     }
 
     BlockControlSignals(true);
-
     const QStringList& changed = *m_ChangedFeatures;
-    if (changed.contains("DSPSubregionTop"))
+    DispatchRegionChanges(changed);
+    DispatchExposureAutoChanges(changed);
+    SetControlsEnabled(!m_CamIsStreaming);
+    BlockControlSignals(false);
+}
+
+void AutoROIWidget::DispatchRegionChanges(const QStringList& changed)
+{
+    if (changed.contains("DSPSubregionTop")) {
         UpdateTopFromFeature();
-    if (changed.contains("DSPSubregionLeft"))
+    }
+    if (changed.contains("DSPSubregionLeft")) {
         UpdateLeftFromFeature();
-    if (changed.contains("DSPSubregionRight"))
+    }
+    if (changed.contains("DSPSubregionRight")) {
         UpdateRightFromFeature();
-    if (changed.contains("DSPSubregionBottom"))
+    }
+    if (changed.contains("DSPSubregionBottom")) {
         UpdateBottomFromFeature();
-    if (changed.contains("Height") || changed.contains("Width"))
+    }
+    if (changed.contains("Height") || changed.contains("Width")) {
         RebuildPreview();
-    if (changed.contains("AutofunctionAOIHeight") || changed.contains("AutoModeRegionHeight"))
+    }
+    if (changed.contains("AutofunctionAOIHeight") || changed.contains("AutoModeRegionHeight")) {
         UpdateHeightFromFeature();
-    if (changed.contains("AutofunctionAOIWidth") || changed.contains("AutoModeRegionWidth"))
+    }
+    if (changed.contains("AutofunctionAOIWidth") || changed.contains("AutoModeRegionWidth")) {
         UpdateWidthFromFeature();
+    }
     if (changed.contains("AutofunctionAOIOffsetX") || changed.contains("AutoModeRegionOffsetX")) {
         UpdateLeftFromFeature();
         LoadEnableState();
@@ -136,45 +160,53 @@ void AutoROIWidget::HandleChangedFeatures()
         LoadShowAreaState();
         LoadEnableState();
     }
-    if (changed.contains("ExposureAutoMin"))
-        RefreshExposureLimit("ExposureAutoMin", m_SpinExpAutoMin);
-    if (changed.contains("ExposureAutoMax"))
-        RefreshExposureLimit("ExposureAutoMax", m_SpinExpAutoMax);
-    if (changed.contains("ExposureAutoTimebase")) {
-        // A new time base changes the unit of both limits, so their ranges
-        // are taken again.
-        double minMin = 0.0;
-        double minMax = 0.0;
-        const double minValue =
-            m_FeatureManager->GetValueRange("ExposureAutoMin", &minMin, &minMax);
-        double maxMin = 0.0;
-        double maxMax = 0.0;
-        const double maxValue =
-            m_FeatureManager->GetValueRange("ExposureAutoMax", &maxMin, &maxMax);
-        FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
-        m_SpinExpAutoMin->setRange(minMin, minMax);
-        m_SpinExpAutoMin->setValue(minValue);
-        m_SpinExpAutoMax->setRange(maxMin, maxMax);
-        m_SpinExpAutoMax->setValue(maxValue);
-    }
+}
 
-    SetControlsEnabled(!m_CamIsStreaming);
-    BlockControlSignals(false);
+void AutoROIWidget::DispatchExposureAutoChanges(const QStringList& changed)
+{
+    if (changed.contains("ExposureAutoMin")) {
+        RefreshExposureLimit("ExposureAutoMin", m_SpinExpAutoMin);
+    }
+    if (changed.contains("ExposureAutoMax")) {
+        RefreshExposureLimit("ExposureAutoMax", m_SpinExpAutoMax);
+    }
+    if (changed.contains("ExposureAutoTimebase")) {
+        ReloadExposureAutoRanges();
+    }
+}
+
+// A new time base changes the unit of both limits, so their ranges are taken
+// again.
+void AutoROIWidget::ReloadExposureAutoRanges()
+{
+    double minMin = 0.0;
+    double minMax = 0.0;
+    const double minValue = m_FeatureManager->GetValueRange("ExposureAutoMin", &minMin, &minMax);
+    double maxMin = 0.0;
+    double maxMax = 0.0;
+    const double maxValue = m_FeatureManager->GetValueRange("ExposureAutoMax", &maxMin, &maxMax);
+    FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
+    m_SpinExpAutoMin->setRange(minMin, minMax);
+    m_SpinExpAutoMin->setValue(minValue);
+    m_SpinExpAutoMax->setRange(maxMin, maxMax);
+    m_SpinExpAutoMax->setValue(maxValue);
 }
 
 // Shows a limit of automatic exposure as the camera has it, within the ranges
 // that the last time base gave the spin box.
 void AutoROIWidget::RefreshExposureLimit(const char* limit, QDoubleSpinBox* spin)
 {
-    if (m_FeatureManager->HasFeature("ExposureAutoTimebase"))
+    if (m_FeatureManager->HasFeature("ExposureAutoTimebase")) {
         FillComboBox("ExposureAutoTimebase", m_ComboExpAutoTimebase, false);
+    }
     spin->setValue(m_FeatureManager->GetValue(limit));
 }
 
 void AutoROIWidget::camIsStreaming(bool streaming)
 {
-    if (!m_FeatureManager->HasFeature("AutoModeRegionWidth"))
+    if (!m_FeatureManager->HasFeature("AutoModeRegionWidth")) {
         return;
+    }
     // The state before the change is applied now; the new one takes effect
     // at the end of the next dispatch.
     SetControlsEnabled(!m_CamIsStreaming);
@@ -217,16 +249,17 @@ void AutoROIWidget::OnSpinHeightValueChanged(double value)
 void AutoROIWidget::OnSpinEditingFinished()
 {
     // Show the camera's answer without waiting for the next tick.
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnEnableStateChanged(int state)
 {
-    if (!m_FeatureManager->HasFeature("AutofunctionAOIEnable"))
+    if (!m_FeatureManager->HasFeature("AutofunctionAOIEnable")) {
         return;
+    }
     QCoreApplication::processEvents();
     m_FeatureManager->SetValue("AutofunctionAOIEnable", state > 0 ? 1.0 : 0.0);
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnShowAreaStateChanged(int state)
@@ -325,8 +358,9 @@ void AutoROIWidget::UpdateBottomFromFeature()
 // counts too; every other family has no such shift.
 int AutoROIWidget::ImageOffset(const RegionAxis& axis)
 {
-    if (!m_FeatureManager->HasFeature(axis.autoModeOffset))
+    if (!m_FeatureManager->HasFeature(axis.autoModeOffset)) {
         return 0;
+    }
     return int(m_FeatureManager->GetValue(axis.imageOffset));
 }
 
@@ -383,8 +417,9 @@ void AutoROIWidget::UpdateOffsetFromFeature(const RegionAxis& axis)
         UpdateSizeFromFeature(axis);
     } else if (m_FeatureManager->HasFeature(axis.autofunctionOffset, axis.autoModeOffset)) {
         int imageOffset = 0;
-        if (!axis.readImageOffsetAtCheck)
+        if (!axis.readImageOffsetAtCheck) {
             imageOffset = ImageOffset(axis);
+        }
 
         double featureMin = -1.0;
         double featureMax = -1.0;
@@ -406,11 +441,13 @@ void AutoROIWidget::UpdateOffsetFromFeature(const RegionAxis& axis)
         // An Autofunction camera leaves the size room up to the reference
         // edge, unless the user is holding the size spin box right now.
         if (!axis.filterSize->IsMousePressed() &&
-            m_FeatureManager->HasFeature(axis.autofunctionOffset))
+            m_FeatureManager->HasFeature(axis.autofunctionOffset)) {
             axis.spinSize->setMaximum(double(axis.referenceSize) - offset);
+        }
 
-        if (axis.readImageOffsetAtCheck)
+        if (axis.readImageOffsetAtCheck) {
             imageOffset = ImageOffset(axis);
+        }
         CheckRegionSize(axis, size, offset, imageOffset);
     }
     UpdatePreviewFromSpinBoxes();
@@ -442,15 +479,17 @@ void AutoROIWidget::CheckRegionSize(const RegionAxis& axis, double size, double 
 {
     axis.labelError->hide();
     const bool tooLarge = size + offset - imageOffset > double(axis.referenceSize);
-    if (!tooLarge || m_TrustedUpdate)
+    if (!tooLarge || m_TrustedUpdate) {
         return;
+    }
 
     const QString family =
         m_FeatureManager->HasFeature(axis.autofunctionSize) ? tr("AOI") : tr("ROI");
     axis.labelError->setText(tr(axis.sizeMessage) + family + tr(axis.sizeSuffix));
     axis.labelError->show();
-    if (isVisible())
+    if (isVisible()) {
         OnEnableStateChanged(0);
+    }
 }
 
 // The edges of a four-edge camera are shown as the camera has them; what is
@@ -516,21 +555,24 @@ void AutoROIWidget::OnSendGeometry(int top, int left, int width, int height)
         const int roomWidth = int(m_ROIWidth) - left;
         m_SpinHeight->setMaximum(roomHeight);
         m_SpinWidth->setMaximum(roomWidth);
-        if (roomHeight < height)
+        if (roomHeight < height) {
             height = roomHeight;
-        if (roomWidth < width)
+        }
+        if (roomWidth < width) {
             width = roomWidth;
+        }
 
         // Between the offset and the size writes the camera can hold a new
         // offset with the old size; the size check keeps quiet meanwhile.
-        if (top < int(m_ROIHeight) && left < int(m_ROIWidth))
+        if (top < int(m_ROIHeight) && left < int(m_ROIWidth)) {
             m_TrustedUpdate = true;
+        }
         OnSpinLeftValueChanged(left + offsetX);
         OnSpinTopValueChanged(top + offsetY);
         OnSpinHeightValueChanged(height);
         OnSpinWidthValueChanged(width);
         QCoreApplication::processEvents();
-        QTimer::singleShot(250, this, SLOT(OnResetTrustedUpdate()));
+        QTimer::singleShot(TrustedUpdateWindow, this, SLOT(OnResetTrustedUpdate()));
     }
     StartUpdateTimer();
 }
@@ -551,10 +593,12 @@ void AutoROIWidget::SetFullArea()
 {
     const quint64 height = GetROIHeight();
     const quint64 width = GetROIWidth();
-    if (height > m_ROIHeight)
+    if (height > m_ROIHeight) {
         m_FeatureManager->SetValue("Height", double(height));
-    if (width > m_ROIWidth)
+    }
+    if (width > m_ROIWidth) {
         m_FeatureManager->SetValue("Width", double(width));
+    }
     const int offsetX = ImageOffset(HorizontalAxis());
     const int offsetY = ImageOffset(VerticalAxis());
     m_SpinWidth->setMaximum(double(width) + offsetX);
@@ -570,7 +614,7 @@ void AutoROIWidget::OnROIFull()
     m_SpinWidth->setValue(m_ROIWidth);
     m_SpinRight->setValue(m_ROIWidth - m_SpinLeft->minimum());
     m_SpinBottom->setValue(m_ROIHeight - m_SpinTop->minimum());
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnROIHalf()
@@ -603,7 +647,7 @@ void AutoROIWidget::SetCentredArea(double sideFactor)
     m_SpinWidth->setValue(width);
     m_SpinRight->setValue(offsetX + m_SpinLeft->value() + width);
     m_SpinBottom->setValue(offsetY + m_SpinTop->value() + height);
-    QTimer::singleShot(200, this, SLOT(updateTimer()));
+    QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
 
 void AutoROIWidget::OnSpinExpAutoMinChanged(double value)

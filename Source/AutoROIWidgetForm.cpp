@@ -9,8 +9,9 @@
 
 void AutoROIWidgetForm::setupUi(QWidget* widget)
 {
-    if (widget->objectName().isEmpty())
+    if (widget->objectName().isEmpty()) {
         widget->setObjectName(QString::fromUtf8("AutoROIWidget"));
+    }
     widget->resize(519, 909);
     QSizePolicy widgetPolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Preferred);
     widgetPolicy.setHeightForWidth(widget->sizePolicy().hasHeightForWidth());

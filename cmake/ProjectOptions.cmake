@@ -1,22 +1,25 @@
-# Build settings shared by every target of the project.
+# Build settings of the project's own targets, gathered in one interface
+# target that each of them links privately. Nothing is set for the whole
+# tree, and the targets of Qt and other dependencies are left as they are.
 
-# Assertions on feature ranges must end the process in every build, so Qt's
-# QT_NO_DEBUG, which its CMake files add to all but Debug builds, is taken out.
-get_target_property(_tab_core_defs Qt5::Core INTERFACE_COMPILE_DEFINITIONS)
-if(_tab_core_defs)
-    list(FILTER _tab_core_defs EXCLUDE REGEX "QT_NO_DEBUG")
-    set_target_properties(Qt5::Core PROPERTIES INTERFACE_COMPILE_DEFINITIONS "${_tab_core_defs}")
-endif()
-unset(_tab_core_defs)
+add_library(tab_build_options INTERFACE)
 
-# Qt 4 names that Qt 5.15 still offers (toAscii, fromAscii, qInstallMsgHandler)
-# are hidden unless deprecated API back to 4.8 is allowed.
-add_compile_definitions(QT_DISABLE_DEPRECATED_BEFORE=0x040800)
+target_compile_options(tab_build_options INTERFACE -Wall -Wextra -Wno-unused-parameter)
 
-add_compile_options(-Wall -Wextra -Wno-unused-parameter)
+target_compile_definitions(tab_build_options INTERFACE
+    # Assertions on feature ranges must end the process in every build. Qt
+    # adds QT_NO_DEBUG outside Debug builds, which turns Q_ASSERT off;
+    # QT_FORCE_ASSERTS keeps it on whatever the build type.
+    QT_FORCE_ASSERTS
+    # Qt 4 names that Qt 5.15 still offers (toAscii, fromAscii,
+    # qInstallMsgHandler) are hidden unless deprecated API back to 4.8 is
+    # allowed. Their warnings are silenced in SharedSource/Qt4Compat.h.
+    QT_DISABLE_DEPRECATED_BEFORE=0x040800)
 
+# The link flags reach every executable, library and the plug-in that links
+# this target, so that each loads the sanitizer runtime it was compiled for.
 if(TAB_SANITIZE)
-    add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer
-                        -fno-sanitize-recover=undefined)
-    add_link_options(-fsanitize=address,undefined)
+    target_compile_options(tab_build_options INTERFACE
+        -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(tab_build_options INTERFACE -fsanitize=address,undefined)
 endif()

@@ -1,7 +1,6 @@
 #include "FeatureTableModel.h"
 
 #include <FeatureText.h>
-#include <PluginFeatureObserver.h>
 
 namespace {
 
@@ -10,16 +9,14 @@ typedef KST::TrkAPI::Feature Feature;
 QString NameText(const Feature& feature)
 {
     QString name;
-    ReadFeatureText(feature, &Feature::GetName, name);
+    ReadFeatureName(feature, name);
     return name;
 }
 
 TrkFeatureDataType DataType(const Feature& feature)
 {
     TrkFeatureDataType type = TrkFeatureDataUnknown;
-    if (feature.GetDataType(type) != 0) {
-        return TrkFeatureDataUnknown;
-    }
+    ReadFeatureDataType(feature, type);
     return type;
 }
 
@@ -34,7 +31,7 @@ QString ValueText(const Feature& feature)
     case TrkFeatureDataRaw:
         return FeatureTableModel::tr("(raw data)");
     default:
-        return PluginFeatureObserver::ValueText(feature, type);
+        return FeatureValueAsText(feature, type);
     }
 }
 

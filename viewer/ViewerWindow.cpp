@@ -46,7 +46,39 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     : QMainWindow(parent), m_Plugins(plugins), m_Verbose(verbose)
 {
     setWindowTitle(tr("Tab viewer"));
+    BuildToolBar();
 
+    m_Pages = new QTabWidget;
+    m_Pages->setObjectName(QStringLiteral("pages"));
+    QWidget* featurePane = BuildFeaturePane();
+    QSplitter* splitter = new QSplitter(Qt::Horizontal);
+    splitter->addWidget(m_Pages);
+    splitter->addWidget(BuildImagePane(featurePane));
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({580, 860});
+    setCentralWidget(splitter);
+    resize(1440, 960);
+
+    m_RefreshTimer = new QTimer(this);
+    m_RefreshTimer->setInterval(FeatureRefreshMs);
+    connect(m_RefreshTimer, SIGNAL(timeout()), m_FeatureModel, SLOT(Refresh()));
+    m_RefreshTimer->start();
+
+    connect(m_CameraSelector, SIGNAL(textActivated(QString)), this,
+            SLOT(OnCameraSelected(QString)));
+    connect(m_AcquisitionButton, SIGNAL(toggled(bool)), this, SLOT(OnAcquisitionToggled(bool)));
+
+    // One connection per plug-in object: it relays the state to all its tabs.
+    for (const LoadedTabPlugin& loaded : m_Plugins) {
+        if (!loaded.plugin->ConnectStreamingSignal(this, SIGNAL(acquisitionChanged(bool)))) {
+            PrintLine(tr("%1 did not take the acquisition signal").arg(loaded.fileName));
+        }
+    }
+}
+
+void ViewerWindow::BuildToolBar()
+{
     QToolBar* toolBar = addToolBar(tr("Camera"));
     toolBar->setMovable(false);
     toolBar->addWidget(new QLabel(tr("Camera: ")));
@@ -59,9 +91,11 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     m_AcquisitionButton->setCheckable(true);
     toolBar->addWidget(m_AcquisitionButton);
     ShowAcquiring(false);
+}
 
-    m_Pages = new QTabWidget;
-    m_Pages->setObjectName(QStringLiteral("pages"));
+// The feature table with its name filter above it.
+QWidget* ViewerWindow::BuildFeaturePane()
+{
     m_FeatureModel = new FeatureTableModel(this);
     m_FeatureFilter = new QSortFilterProxyModel(this);
     m_FeatureFilter->setSourceModel(m_FeatureModel);
@@ -90,7 +124,12 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     featureLayout->setContentsMargins(0, 0, 0, 0);
     featureLayout->addWidget(m_FeatureFilterEdit);
     featureLayout->addWidget(m_FeatureView);
+    return featurePane;
+}
 
+// The live image above the feature pane, and the frame counts in the status bar.
+QWidget* ViewerWindow::BuildImagePane(QWidget* featurePane)
+{
     m_ImagePane = new ImagePane;
     m_FrameStatus = new QLabel(m_ImagePane->StatisticsText());
     statusBar()->addPermanentWidget(m_FrameStatus);
@@ -99,31 +138,7 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     imageAndFeatures->addWidget(m_ImagePane);
     imageAndFeatures->addWidget(featurePane);
     imageAndFeatures->setSizes({560, 340});
-
-    QSplitter* splitter = new QSplitter(Qt::Horizontal);
-    splitter->addWidget(m_Pages);
-    splitter->addWidget(imageAndFeatures);
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
-    splitter->setSizes({580, 860});
-    setCentralWidget(splitter);
-    resize(1440, 960);
-
-    m_RefreshTimer = new QTimer(this);
-    m_RefreshTimer->setInterval(FeatureRefreshMs);
-    connect(m_RefreshTimer, SIGNAL(timeout()), m_FeatureModel, SLOT(Refresh()));
-    m_RefreshTimer->start();
-
-    connect(m_CameraSelector, SIGNAL(textActivated(QString)), this,
-            SLOT(OnCameraSelected(QString)));
-    connect(m_AcquisitionButton, SIGNAL(toggled(bool)), this, SLOT(OnAcquisitionToggled(bool)));
-
-    // One connection per plug-in object: it relays the state to all its tabs.
-    for (const LoadedTabPlugin& loaded : m_Plugins) {
-        if (!loaded.plugin->ConnectStreamingSignal(this, SIGNAL(acquisitionChanged(bool)))) {
-            PrintLine(tr("%1 did not take the acquisition signal").arg(loaded.fileName));
-        }
-    }
+    return imageAndFeatures;
 }
 
 ViewerWindow::~ViewerWindow()
@@ -141,7 +156,9 @@ bool ViewerWindow::OpenCamera(const QString& name)
         PrintLine(error);
         return false;
     }
-    connect(m_Camera.get(), SIGNAL(connectionLost(QString)), this, SLOT(OnCameraLost(QString)));
+    // Queued: the slot closes the camera that sends the signal.
+    connect(m_Camera.get(), SIGNAL(connectionLost(QString)), this, SLOT(OnCameraLost(QString)),
+            Qt::QueuedConnection);
     if (m_CameraSelector->findText(name) < 0) {
         m_CameraSelector->addItem(name);
     }

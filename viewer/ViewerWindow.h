@@ -50,6 +50,9 @@ private slots:
     void OnCameraLost(const QString& message);
 
 private:
+    void BuildToolBar();
+    QWidget* BuildFeaturePane();
+    QWidget* BuildImagePane(QWidget* featurePane);
     void CloseCamera();
     void CreateTabs();
     void ShowAcquiring(bool acquiring);

@@ -5,7 +5,7 @@
 
 #include "FeatureTypes.h"
 
-#include <TarkaCPP/Device.h>
+#include <TarkaCPP/Sim/SimCamera.h>
 
 #include <QSharedPointer>
 

@@ -36,20 +36,20 @@ public:
 
     virtual ~ref_count()
     {
-        if (m_Object != 0) {
+        if (m_Object != nullptr) {
             delete m_Object;
         }
         m_Mutex.Unlock();
     }
 
-    virtual void AddRef()
+    void AddRef() override
     {
         m_Mutex.Lock();
         ++m_Count;
         m_Mutex.Unlock();
     }
 
-    virtual void ReleaseRef()
+    void ReleaseRef() override
     {
         m_Mutex.Lock();
         if (m_Count == 0) {
@@ -64,7 +64,7 @@ public:
         delete this;
     }
 
-    virtual int64_t UseCount() { return m_Count; }
+    int64_t UseCount() override { return m_Count; }
 
 protected:
     T* m_Object;
@@ -78,15 +78,15 @@ template <class T>
 class shared_ptr
 {
 public:
-    shared_ptr() : m_RefCount(0), m_Object(0) {}
+    shared_ptr() : m_RefCount(nullptr), m_Object(nullptr) {}
 
-    explicit shared_ptr(T* object) : m_RefCount(0), m_Object(0)
+    explicit shared_ptr(T* object) : m_RefCount(nullptr), m_Object(nullptr)
     {
-        if (object == 0) {
+        if (object == nullptr) {
             return;
         }
         ref_count<T>* counter = new (std::nothrow) ref_count<T>(object);
-        if (counter == 0) {
+        if (counter == nullptr) {
             delete object;
             throw std::bad_alloc();
         }
@@ -96,7 +96,7 @@ public:
 
     shared_ptr(const shared_ptr& other) : m_RefCount(other.m_RefCount), m_Object(other.m_Object)
     {
-        if (m_RefCount != 0) {
+        if (m_RefCount != nullptr) {
             m_RefCount->AddRef();
         }
     }
@@ -104,7 +104,7 @@ public:
     // A release may throw "shared pointer, used incorectly" on misuse.
     virtual ~shared_ptr() noexcept(false)
     {
-        if (m_RefCount != 0) {
+        if (m_RefCount != nullptr) {
             m_RefCount->ReleaseRef();
         }
     }
@@ -112,12 +112,12 @@ public:
     shared_ptr& operator=(const shared_ptr& other)
     {
         ref_count_base* oldCount = m_RefCount;
-        if (other.m_RefCount != 0) {
+        if (other.m_RefCount != nullptr) {
             other.m_RefCount->AddRef();
         }
         m_RefCount = other.m_RefCount;
         m_Object = other.m_Object;
-        if (oldCount != 0) {
+        if (oldCount != nullptr) {
             oldCount->ReleaseRef();
         }
         return *this;
@@ -128,10 +128,10 @@ public:
     T* get() const { return m_Object; }
     T* operator->() const { return m_Object; }
     T& operator*() const { return *m_Object; }
-    explicit operator bool() const { return m_Object != 0; }
+    explicit operator bool() const { return m_Object != nullptr; }
 
     // Number of holders of the object; 0 for an empty pointer. Read without the lock.
-    int64_t use_count() const { return m_RefCount != 0 ? m_RefCount->UseCount() : 0; }
+    int64_t use_count() const { return m_RefCount != nullptr ? m_RefCount->UseCount() : 0; }
 
     bool operator==(const shared_ptr& other) const { return m_Object == other.m_Object; }
     bool operator!=(const shared_ptr& other) const { return m_Object != other.m_Object; }
@@ -152,7 +152,7 @@ shared_ptr<To> dynamic_pointer_cast(const shared_ptr<From>& from)
 {
     shared_ptr<To> result;
     To* object = dynamic_cast<To*>(from.m_Object);
-    if (object != 0 && from.m_RefCount != 0) {
+    if (object != nullptr && from.m_RefCount != nullptr) {
         from.m_RefCount->AddRef();
         result.m_RefCount = from.m_RefCount;
         result.m_Object = object;

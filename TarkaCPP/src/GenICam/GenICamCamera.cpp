@@ -45,9 +45,15 @@ ArvCamera* Adopt(ArvCamera* camera, GError* failure, const GLibWarnings& warning
         return camera;
     }
     if (error) {
-        *error = failure           ? failure->message
-                 : warnings.Seen() ? "Aravis could not read the camera's description"
-                                   : "the camera's description has no category Root";
+        if (failure) {
+            *error = failure->message;
+        } else if (!camera) {
+            *error = "no such camera";
+        } else if (warnings.Seen()) {
+            *error = "Aravis could not read the camera's description";
+        } else {
+            *error = "the camera's description has no category Root";
+        }
     }
     if (failure) {
         g_error_free(failure);

@@ -1,3 +1,5 @@
+#include <TarkaCPP/Sim/CameraAccess.h>
+
 #include "CameraState.h"
 
 #include <algorithm>

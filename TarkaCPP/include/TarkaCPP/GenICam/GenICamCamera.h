@@ -53,7 +53,9 @@ enum ErrorCode : TrkErrorType
 //
 // Writes off the range or the increment grid, and writes to features that are
 // read-only, locked or unavailable, are refused as a camera does. Aravis and
-// GLib report nothing on stderr: their errors and warnings become codes.
+// GLib report nothing on stderr: their errors and warnings become codes. For
+// that the first opening or search installs GLib's default log handler for
+// the whole process, which drops every message that has no handler of its own.
 //
 // GenICam has no change notification, so observers are served in two ways,
 // both from a notifier thread of the camera: after every write or command
@@ -72,7 +74,9 @@ enum ErrorCode : TrkErrorType
 class Camera : public Device
 {
 public:
+    // How often watched features are read: 250 ms.
     static const std::chrono::milliseconds PollPeriod;
+    // How long a call waits for another call on the same camera: 3 s.
     static const std::chrono::milliseconds CallTimeout;
 
     ~Camera() override;
