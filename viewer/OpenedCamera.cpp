@@ -64,6 +64,11 @@ bool OpenedCamera::SetAcquiring(bool acquiring)
     return command && command->RunCommand() == 0;
 }
 
+void OpenedCamera::SetFrameHandler(const KST::TrkAPI::FrameHandler& handler)
+{
+    m_Device->SetFrameHandler(handler);
+}
+
 void OpenedCamera::OnConnectionCheck()
 {
     if (!m_Device->IsConnected()) {

@@ -2,6 +2,7 @@
 #define OPENEDCAMERA_H
 
 #include <FeatureTypes.h>
+#include <TarkaCPP/Frame.h>
 
 #include <QObject>
 #include <QSharedPointer>
@@ -40,6 +41,8 @@ public:
     bool CanAcquire() const;
     // False when the camera refused the command.
     bool SetAcquiring(bool acquiring);
+    // See KST::TrkAPI::Device::SetFrameHandler.
+    void SetFrameHandler(const KST::TrkAPI::FrameHandler& handler);
 
 signals:
     void connectionLost(const QString& message);

@@ -75,7 +75,11 @@ bool ViewerOptions::Parse(const QStringList& arguments)
                                     QStringLiteral("name"));
     const QCommandLineOption verbose(QStringLiteral("verbose"),
                                      QStringLiteral("Print the tabs' log lines to stderr."));
-    parser.addOptions({camera, genicam, device, listDevices, plugins, screenshot, locale, verbose});
+    const QCommandLineOption acquire(
+        QStringLiteral("acquire"),
+        QStringLiteral("Start acquisition at launch; a screenshot waits for the first frames."));
+    parser.addOptions(
+        {camera, genicam, device, listDevices, plugins, screenshot, locale, verbose, acquire});
 
     if (!parser.parse(arguments)) {
         m_ErrorText = parser.errorText();
@@ -102,6 +106,7 @@ bool ViewerOptions::Parse(const QStringList& arguments)
         m_Camera = parser.value(device);
     }
     m_Verbose = parser.isSet(verbose);
+    m_Acquire = parser.isSet(acquire);
     if (parser.isSet(plugins)) {
         m_PluginDirectory = QDir::cleanPath(QFileInfo(parser.value(plugins)).absoluteFilePath());
     }

@@ -33,6 +33,8 @@ public:
     // Empty unless a screenshot is asked for.
     QString ScreenshotFile() const { return m_ScreenshotFile; }
     bool Verbose() const { return m_Verbose; }
+    // Start acquisition at launch.
+    bool Acquire() const { return m_Acquire; }
 
 private:
     QString m_ErrorText;
@@ -41,6 +43,7 @@ private:
     QString m_PluginDirectory;
     QString m_ScreenshotFile;
     bool m_Verbose = false;
+    bool m_Acquire = false;
 };
 
 #endif

@@ -2,6 +2,7 @@
 
 #include "CameraSelector.h"
 #include "FeatureTableModel.h"
+#include "ImagePane.h"
 #include "OpenedCamera.h"
 
 #include <TabExtensionInterface.h>
@@ -52,7 +53,7 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     QWidget* featurePane = BuildFeaturePane();
     QSplitter* splitter = new QSplitter(Qt::Horizontal);
     splitter->addWidget(m_Pages);
-    splitter->addWidget(featurePane);
+    splitter->addWidget(BuildImagePane(featurePane));
     splitter->setStretchFactor(0, 0);
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({580, 860});
@@ -126,6 +127,20 @@ QWidget* ViewerWindow::BuildFeaturePane()
     return featurePane;
 }
 
+// The live image above the feature pane, and the frame counts in the status bar.
+QWidget* ViewerWindow::BuildImagePane(QWidget* featurePane)
+{
+    m_ImagePane = new ImagePane;
+    m_FrameStatus = new QLabel(m_ImagePane->StatisticsText());
+    statusBar()->addPermanentWidget(m_FrameStatus);
+    connect(m_ImagePane, SIGNAL(statisticsChanged(QString)), m_FrameStatus, SLOT(setText(QString)));
+    QSplitter* imageAndFeatures = new QSplitter(Qt::Vertical);
+    imageAndFeatures->addWidget(m_ImagePane);
+    imageAndFeatures->addWidget(featurePane);
+    imageAndFeatures->setSizes({560, 340});
+    return imageAndFeatures;
+}
+
 ViewerWindow::~ViewerWindow()
 {
     CloseCamera();
@@ -150,8 +165,16 @@ bool ViewerWindow::OpenCamera(const QString& name)
     m_CameraSelector->setCurrentText(name);
     m_AcquisitionButton->setEnabled(m_Camera->CanAcquire());
     m_FeatureModel->SetFeatures(m_Camera->Features());
+    m_Camera->SetFrameHandler(m_ImagePane->Handler());
     CreateTabs();
     return true;
+}
+
+void ViewerWindow::StartAcquisition()
+{
+    if (m_AcquisitionButton->isEnabled()) {
+        m_AcquisitionButton->setChecked(true);
+    }
 }
 
 void ViewerWindow::OnCameraSelected(const QString& name)
@@ -193,7 +216,11 @@ void ViewerWindow::CloseCamera()
     }
     m_Refusals.clear();
     m_FeatureModel->SetFeatures(QSharedPointer<FeatureVector>());
+    if (m_Camera) {
+        m_Camera->SetFrameHandler(KST::TrkAPI::FrameHandler());
+    }
     m_Camera.reset();
+    m_ImagePane->Clear();
     statusBar()->clearMessage();
 }
 

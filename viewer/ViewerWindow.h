@@ -8,7 +8,9 @@
 #include <memory>
 
 class FeatureTableModel;
+class ImagePane;
 class QComboBox;
+class QLabel;
 class QLineEdit;
 class QPushButton;
 class QSortFilterProxyModel;
@@ -18,8 +20,9 @@ class QTimer;
 class OpenedCamera;
 
 // The viewer's main window: a camera selector and an acquisition button on
-// top, the tab extensions' pages for the opened camera on the left, and the
-// camera's features, as they are now, on the right, filtered by name. Each plug-in gets one
+// top, the tab extensions' pages for the opened camera on the left, and on
+// the right the camera's live image above its features, as they are now,
+// filtered by name; the status bar counts the frames. Each plug-in gets one
 // page per camera; closing the camera destroys the pages and with them the
 // tabs inside.
 class ViewerWindow : public QMainWindow
@@ -34,6 +37,9 @@ public:
     // false, with the current camera closed and the reason shown, for a
     // camera that can't be opened.
     bool OpenCamera(const QString& name);
+    // Starts acquisition as the acquisition button does.
+    void StartAcquisition();
+    ImagePane* Image() const { return m_ImagePane; }
 
 signals:
     void acquisitionChanged(bool acquiring);
@@ -46,6 +52,7 @@ private slots:
 private:
     void BuildToolBar();
     QWidget* BuildFeaturePane();
+    QWidget* BuildImagePane(QWidget* featurePane);
     void CloseCamera();
     void CreateTabs();
     void ShowAcquiring(bool acquiring);
@@ -63,6 +70,8 @@ private:
     QLineEdit* m_FeatureFilterEdit;
     QTableView* m_FeatureView;
     QTimer* m_RefreshTimer;
+    ImagePane* m_ImagePane;
+    QLabel* m_FrameStatus;
 };
 
 #endif

@@ -2,6 +2,7 @@
 // their tabs for a simulated or a real camera, as the camera viewer does.
 
 #include "CameraCatalog.h"
+#include "ImagePane.h"
 #include "TabPluginLoader.h"
 #include "ViewerOptions.h"
 #include "ViewerWindow.h"
@@ -10,6 +11,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QTimer>
 
@@ -20,6 +22,21 @@ namespace {
 // The tab refreshes when shown and then every second; by this time after
 // the window appears, its first refresh has been drawn.
 const int ScreenshotDelayMs = 1500;
+// While acquiring, the screenshot also waits for this many frames shown, so
+// that automatic exposure has settled, but no longer than the time limit.
+const quint64 ScreenshotFrames = 10;
+const int ScreenshotTimeLimitMs = 20000;
+const int ScreenshotPollMs = 100;
+
+void SaveScreenshot(ViewerWindow& window, const QString& file)
+{
+    if (window.grab().save(file, "PNG")) {
+        QApplication::exit(0);
+    } else {
+        std::fprintf(stderr, "tabviewer: could not write %s\n", qPrintable(file));
+        QApplication::exit(1);
+    }
+}
 
 int Fail(const QString& message, int code)
 {
@@ -78,16 +95,28 @@ int main(int argc, char** argv)
         return 1;
     }
     window.show();
+    if (options.Acquire()) {
+        window.StartAcquisition();
+    }
 
     if (!screenshotFile.isEmpty()) {
-        QTimer::singleShot(ScreenshotDelayMs, &window, [&window, file = screenshotFile]() {
-            if (window.grab().save(file, "PNG")) {
-                QApplication::exit(0);
-            } else {
-                std::fprintf(stderr, "tabviewer: could not write %s\n", qPrintable(file));
-                QApplication::exit(1);
+        QElapsedTimer sinceShown;
+        sinceShown.start();
+        QTimer* poll = new QTimer(&window);
+        QObject::connect(poll, &QTimer::timeout, &window, [&, poll]() {
+            const qint64 elapsed = sinceShown.elapsed();
+            const bool framesDone = !options.Acquire() ||
+                                    window.Image()->FramesShown() >= ScreenshotFrames ||
+                                    elapsed >= ScreenshotTimeLimitMs;
+            if (elapsed >= ScreenshotDelayMs && framesDone) {
+                poll->stop();
+                if (options.Acquire() && window.Image()->FramesShown() == 0) {
+                    std::fprintf(stderr, "tabviewer: no frame shown before the screenshot\n");
+                }
+                SaveScreenshot(window, screenshotFile);
             }
         });
+        poll->start(ScreenshotPollMs);
     }
     return app.exec();
 }

@@ -12,15 +12,18 @@ TEST(ViewerOptions, ReadsTheCommandLine)
     EXPECT_TRUE(defaults.PluginDirectory().isEmpty());
     EXPECT_TRUE(defaults.ScreenshotFile().isEmpty());
     EXPECT_FALSE(defaults.Verbose());
+    EXPECT_FALSE(defaults.Acquire());
 
     // Paths are fixed before the viewer changes its working directory.
     ViewerOptions given;
-    ASSERT_TRUE(given.Parse({"tabviewer", "--camera", "dsp", "--plugins", "some/plugins/",
-                             "--screenshot=shot.png", "--locale", "de_DE", "--verbose"}));
+    ASSERT_TRUE(
+        given.Parse({"tabviewer", "--camera", "dsp", "--plugins", "some/plugins/",
+                     "--screenshot=shot.png", "--locale", "de_DE", "--verbose", "--acquire"}));
     EXPECT_EQ(given.Camera(), "dsp");
     EXPECT_EQ(given.PluginDirectory(), QDir::current().filePath("some/plugins"));
     EXPECT_EQ(given.ScreenshotFile(), QDir::current().filePath("shot.png"));
     EXPECT_TRUE(given.Verbose());
+    EXPECT_TRUE(given.Acquire());
 
     // A description file or a device names the camera instead.
     ViewerOptions described;

@@ -38,7 +38,7 @@ ViewerRun RunViewer(const QStringList& arguments)
 
 } // namespace
 
-TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshot)
+TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshotOfItsLiveImage)
 {
     QTemporaryDir output;
     ASSERT_TRUE(output.isValid());
@@ -51,8 +51,9 @@ TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshot)
           QStringList{"--genicam", QStringLiteral(TAB_CAMERAS_DIR) + "/dsp.xml"}}) {
         SCOPED_TRACE(camera.join(" ").toStdString());
         const QString file = output.filePath(QFileInfo(camera.last()).baseName() + ".png");
-        const ViewerRun run = RunViewer(camera + QStringList{"--screenshot", file});
+        const ViewerRun run = RunViewer(camera + QStringList{"--acquire", "--screenshot", file});
         EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
+        EXPECT_FALSE(run.errors.contains("no frame")) << run.errors.toStdString();
         // The plug-in folder also holds translations, which are no plug-ins.
         EXPECT_FALSE(run.errors.contains("declined")) << run.errors.toStdString();
         EXPECT_FALSE(run.errors.contains("skipped")) << run.errors.toStdString();

@@ -1,8 +1,13 @@
 #include "ViewerWindow.h"
 
+#include "ImagePane.h"
+
 #include <TabExtensionInterface.h>
 
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QStatusBar>
@@ -124,6 +129,34 @@ TEST(ViewerWindow, RefusalsAreShownAndAcquisitionReachesThePlugins)
     EXPECT_EQ(FeatureValue(window, "AcquisitionStatus"), "false");
     EXPECT_FALSE(acquisition->isChecked());
     EXPECT_EQ(acquisition->text(), "Start acquisition");
+}
+
+TEST(ViewerWindow, AcquisitionShowsTheLiveImageAndStoppingEndsTheFrames)
+{
+    FakeTabPlugin accepting(0);
+    ViewerWindow window({LoadedTabPlugin{"libfake.so", &accepting}}, false);
+    window.show();
+    ASSERT_TRUE(window.OpenCamera("dsp"));
+    window.StartAcquisition();
+    EXPECT_EQ(accepting.streaming, QVector<bool>({true}));
+    ImagePane* image = window.Image();
+    QElapsedTimer timer;
+    timer.start();
+    while (image->FramesShown() < 2 && timer.elapsed() < 30000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    ASSERT_GE(image->FramesShown(), 2u);
+
+    window.findChild<QPushButton*>("acquisitionButton")->click();
+    EXPECT_EQ(accepting.streaming, QVector<bool>({true, false}));
+    // A frame the camera had made before the command may still come.
+    const quint64 received = image->FramesReceived();
+    timer.restart();
+    while (timer.elapsed() < 300) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    EXPECT_LE(image->FramesReceived(), received + 1);
+    EXPECT_TRUE(window.statusBar()->findChild<QLabel*>()->text().startsWith("Frames received"));
 }
 
 TEST(ViewerWindow, ACameraThatEveryPluginDeclinesGetsAPlaceholder)

@@ -2,6 +2,7 @@
 #define TARKACPP_DEVICE_H
 
 #include <TarkaCPP/Feature.h>
+#include <TarkaCPP/Frame.h>
 
 #include <string>
 #include <vector>
@@ -25,6 +26,13 @@ public:
     // False once the camera stopped answering: its features then fail. A
     // camera that can't be lost, such as an in-memory one, is always connected.
     virtual bool IsConnected() const = 0;
+
+    // Frames go to handler while the camera acquires ("AcquisitionStart" to
+    // "AcquisitionStop"); an empty handler takes none. Returns only after a
+    // call of the previous handler still running has finished, so its owner
+    // may be destroyed then; called from inside a handler it doesn't wait.
+    // A camera that delivers no frames ignores the handler.
+    virtual void SetFrameHandler(const FrameHandler& handler) { static_cast<void>(handler); }
 };
 
 } // namespace TrkAPI

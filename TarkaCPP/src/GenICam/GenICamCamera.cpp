@@ -1,7 +1,9 @@
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
+#include "../FrameDispatch.h"
 #include "Connection.h"
 #include "GenICamFeature.h"
+#include "ImageStream.h"
 
 #include <algorithm>
 #include <fstream>
@@ -64,7 +66,8 @@ ArvCamera* Adopt(ArvCamera* camera, GError* failure, const GLibWarnings& warning
 
 } // namespace
 
-Camera::Camera(const std::shared_ptr<Connection>& connection) : m_Connection(connection)
+Camera::Camera(const std::shared_ptr<Connection>& connection)
+    : m_Connection(connection), m_Frames(new FrameDispatch)
 {
     for (size_t index = 0; index < m_Connection->Nodes().size(); ++index) {
         m_Features.push_back(FeaturePtr(new GenICamFeature(m_Connection, index)));
@@ -84,6 +87,7 @@ Camera::~Camera()
     }
     m_Connection->m_Signal.notify_all();
     m_Notifier.join();
+    m_Stream.reset();
     m_Connection->Close();
 }
 

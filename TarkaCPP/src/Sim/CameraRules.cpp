@@ -1,5 +1,7 @@
 #include <TarkaCPP/Sim/CameraRules.h>
 
+#include "SensorSimulation.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -12,16 +14,9 @@ namespace Sim {
 
 namespace {
 
-const std::chrono::milliseconds ExposureAutoPeriod(500);
-
 bool IsInteger(const CameraAccess& access, const std::string& name)
 {
     return access.Type(name) == TrkFeatureDataInt;
-}
-
-double Number(const CameraAccess& access, const std::string& name)
-{
-    return IsInteger(access, name) ? access.Int(name) : access.Float(name);
 }
 
 double NumberMin(const CameraAccess& access, const std::string& name)
@@ -64,33 +59,12 @@ void SetAcquiring(CameraAccess& access, bool acquiring)
     }
 }
 
-// Moves the exposure time along a slow wave between the auto limits, as an
-// automatic exposure chasing a changing scene would.
-Rule WanderExposure()
-{
-    std::shared_ptr<int> tick = std::make_shared<int>(0);
-    return [tick](CameraAccess& access) {
-        const std::string exposure =
-            access.Has("ExposureTime") ? "ExposureTime" : "ExposureTimeAbs";
-        if (!access.Has("AcquisitionStatus") || !access.Bool("AcquisitionStatus") ||
-            !access.Has("ExposureAuto") || access.Text("ExposureAuto") != "Continuous" ||
-            !access.Has(exposure) || !access.Has("ExposureAutoMin") ||
-            !access.Has("ExposureAutoMax")) {
-            return;
-        }
-        double unit = access.Has("ExposureAutoTimebase")
-                          ? TimebaseUnit(access.Text("ExposureAutoTimebase"))
-                          : 1.0;
-        double lower = Number(access, "ExposureAutoMin") * unit;
-        double upper = Number(access, "ExposureAutoMax") * unit;
-        double phase = 0.5 + 0.5 * std::sin(0.7 * ++*tick);
-        double value = std::round(lower + (upper - lower) * phase);
-        access.SetFloat(exposure, std::max(access.FloatMin(exposure),
-                                           std::min(access.FloatMax(exposure), value)));
-    };
-}
-
 } // namespace
+
+double NumberValue(const CameraAccess& access, const std::string& name)
+{
+    return IsInteger(access, name) ? access.Int(name) : access.Float(name);
+}
 
 Rule KeepInside(const std::string& offset, const std::string& size, const std::string& origin,
                 const std::string& extent)
@@ -119,9 +93,9 @@ Rule TieLimits(const std::string& lower, const std::string& upper)
 {
     return [=](CameraAccess& access) {
         double lowerMin = NumberMin(access, lower);
-        SetNumberRange(access, lower, lowerMin, std::max(lowerMin, Number(access, upper)));
+        SetNumberRange(access, lower, lowerMin, std::max(lowerMin, NumberValue(access, upper)));
         double upperMax = NumberMax(access, upper);
-        SetNumberRange(access, upper, std::min(Number(access, lower), upperMax), upperMax);
+        SetNumberRange(access, upper, std::min(NumberValue(access, lower), upperMax), upperMax);
     };
 }
 
@@ -163,7 +137,7 @@ void AddAcquisitionSimulation(Camera& camera)
                                     [](CameraAccess& access) { SetAcquiring(access, false); });
         }
     }
-    camera.SetPeriodicAction(ExposureAutoPeriod, WanderExposure());
+    camera.SetFrameGenerator(std::unique_ptr<FrameGenerator>(new SensorSimulation));
 }
 
 } // namespace Sim

@@ -82,6 +82,8 @@ public:
     FeatureEntry& Entry(const std::string& name, TrkFeatureDataType type, TrkFeatureDataType alt);
     void Add(const FeatureDescription& description);
     void Touch(const FeatureEntry& entry);
+    // Reading and changing as the camera; changes are neither applied nor queued.
+    CameraAccess Access() { return CameraAccess(*this); }
 
     // Counts the call and tells the injected failure, if any.
     TrkErrorType Enter(size_t index, Op op);

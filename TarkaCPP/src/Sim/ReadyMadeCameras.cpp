@@ -16,6 +16,9 @@ namespace {
 const long long SensorWidth = 2592;
 const long long SensorHeight = 1944;
 const std::vector<std::string> AutoModes = {"Off", "Once", "Continuous"};
+// Out of the box the cameras expose automatically and show their region, so
+// that the region's effect on the image is seen at once.
+const std::string InitialAutoMode = "Continuous";
 const std::string ExposureCategory = "/AcquisitionControl/ExposureControl";
 
 // What sets one family of cameras apart from another.
@@ -52,7 +55,7 @@ FeatureDescriptions FloatExposureFeatures(const std::string& exposure, double li
     return {
         EnumFeature(c, "ExposureMode", {"Timed", "TriggerWidth"}, "Timed"),
         FloatFeature(c, exposure, 15000.0, 41.0, 60000000.0),
-        EnumFeature(c, "ExposureAuto", AutoModes, "Off"),
+        EnumFeature(c, "ExposureAuto", AutoModes, InitialAutoMode),
         FloatFeature(c, "ExposureAutoMin", 41.0, 41.0, 60000000.0, limitIncrement),
         FloatFeature(c, "ExposureAutoMax", 500000.0, 41.0, 60000000.0, limitIncrement),
         IntFeature(c, "ExposureAutoTarget", 50, 0, 100),
@@ -67,7 +70,7 @@ Family AutofunctionFamily()
     family.exposure = {
         EnumFeature(c, "ExposureMode", {"Timed", "TriggerWidth"}, "Timed"),
         FloatFeature(c, "ExposureTime", 10000.0, 40.0, 10000000.0),
-        EnumFeature(c, "ExposureAuto", AutoModes, "Off"),
+        EnumFeature(c, "ExposureAuto", AutoModes, InitialAutoMode),
         EnumFeature(c, "ExposureAutoTimebase", {"1us", "10us", "100us", "1ms"}, "10us"),
         IntFeature(c, "ExposureAutoMin", 10, 4, 1000000),
         IntFeature(c, "ExposureAutoMax", 50000, 4, 1000000),
@@ -76,7 +79,7 @@ Family AutofunctionFamily()
     family.region = {
         IntFeature(r, "AutofunctionTargetIntensity", 128, 0, 255),
         BoolFeature(r, "AutofunctionAOIEnable", true),
-        BoolFeature(r, "AutofunctionAOIShowArea", false),
+        BoolFeature(r, "AutofunctionAOIShowArea", true),
         IntFeature(r, "AutofunctionAOIOffsetX", 648, 0, SensorWidth, 4),
         IntFeature(r, "AutofunctionAOIOffsetY", 486, 0, SensorHeight, 2),
         IntFeature(r, "AutofunctionAOIWidth", 1296, 64, SensorWidth, 4),

@@ -1,9 +1,11 @@
 #include <TarkaCPP/Sim/SimCamera.h>
 
+#include "../FrameDispatch.h"
 #include "CameraState.h"
 #include "SimFeature.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace KST {
 namespace TrkAPI {
@@ -62,7 +64,7 @@ void WaitForWork(CameraState& state, std::unique_lock<std::mutex>& lock)
 
 } // namespace
 
-Camera::Camera() : m_State(std::make_shared<CameraState>())
+Camera::Camera() : m_State(std::make_shared<CameraState>()), m_Frames(new FrameDispatch)
 {
     m_Notifier = std::thread(&Camera::RunNotifier, this);
 }
@@ -80,6 +82,9 @@ Camera::~Camera()
     }
     m_State->m_Signal.notify_all();
     m_Notifier.join();
+    if (m_FrameThread.joinable()) {
+        m_FrameThread.join();
+    }
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
     features.swap(m_Features);
 }
@@ -105,6 +110,32 @@ void Camera::RunNotifier()
         feature.reset();
         notification.observers.clear();
         lock.lock();
+    }
+}
+
+void Camera::RunFrames()
+{
+    CameraState& state = *m_State;
+    std::chrono::steady_clock::time_point due = std::chrono::steady_clock::now();
+    std::unique_lock<std::mutex> lock(state.m_Lock);
+    while (!state.m_Stopped) {
+        std::chrono::microseconds period(0);
+        if (m_FrameClock) {
+            period = m_Generator->Period(state.Access());
+        }
+        std::chrono::steady_clock::time_point now = std::chrono::steady_clock::now();
+        if (period.count() <= 0) {
+            state.m_Signal.wait(lock);
+            due = std::chrono::steady_clock::now();
+        } else if (now < due) {
+            state.m_Signal.wait_until(lock, due);
+        } else {
+            // A camera that falls behind drops frames rather than catching up.
+            due = std::max(due + period, now);
+            lock.unlock();
+            ProduceFrame();
+            lock.lock();
+        }
     }
 }
 
@@ -201,6 +232,15 @@ void Camera::SetPeriodicAction(std::chrono::milliseconds period, const Rule& act
     m_State->m_Signal.notify_all();
 }
 
+void Camera::SetFrameGenerator(std::unique_ptr<FrameGenerator> generator)
+{
+    if (m_Generator) {
+        throw std::logic_error("the camera has a frame generator already");
+    }
+    m_Generator = std::move(generator);
+    m_FrameThread = std::thread(&Camera::RunFrames, this);
+}
+
 bool Camera::Has(const std::string& name) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
@@ -294,6 +334,11 @@ FeaturePtr Camera::Find(const std::string& name) const
     return index == CameraState::NoFeature ? FeaturePtr() : m_Features[index];
 }
 
+void Camera::SetFrameHandler(const FrameHandler& handler)
+{
+    m_Frames->SetHandler(handler);
+}
+
 void Camera::SetFailure(const std::string& name, Op op, TrkErrorType code)
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
@@ -352,6 +397,42 @@ void Camera::WaitForNotifications()
     }
     unsigned long long target = m_State->m_Queued;
     m_State->m_Signal.wait(lock, [&] { return m_State->m_Delivered >= target; });
+}
+
+void Camera::SetFrameClock(bool running)
+{
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        m_FrameClock = running;
+    }
+    m_State->m_Signal.notify_all();
+}
+
+bool Camera::ProduceFrame()
+{
+    if (!m_Generator) {
+        return false;
+    }
+    std::lock_guard<std::mutex> producing(m_FrameLock);
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        CameraAccess access = m_State->Access();
+        if (m_State->m_Stopped || m_Generator->Period(access).count() <= 0) {
+            return false;
+        }
+        m_Generator->Prepare(access);
+    }
+    FramePtr frame = m_Generator->Render();
+    {
+        std::lock_guard<std::mutex> lock(m_State->m_Lock);
+        m_State->Apply([this](CameraAccess& access) { m_Generator->Finish(access); },
+                       CameraState::NoFeature);
+    }
+    m_State->m_Signal.notify_all();
+    if (frame) {
+        m_Frames->Deliver(frame);
+    }
+    return true;
 }
 
 } // namespace Sim

@@ -12,9 +12,13 @@
 
 namespace KST {
 namespace TrkAPI {
+
+class FrameDispatch;
+
 namespace GenICam {
 
 class Connection;
+class ImageStream;
 
 // Result codes of the GenICam backend. Callers only tell zero from non-zero;
 // distinct codes make failures readable.
@@ -93,6 +97,9 @@ public:
     std::vector<FeaturePtr> Features() const override;
     FeaturePtr Find(const std::string& name) const override;
     bool IsConnected() const override;
+    // The first handler opens the camera's image stream (see ImageStream),
+    // which stays open until the camera is closed.
+    void SetFrameHandler(const FrameHandler& handler) override;
 
     // Returns once the watched features have been read and every change found
     // so far delivered. Returns at once when called from the notifier thread.
@@ -113,6 +120,11 @@ private:
     std::shared_ptr<Connection> m_Connection;
     std::vector<FeaturePtr> m_Features;
     std::thread m_Notifier;
+
+    std::unique_ptr<FrameDispatch> m_Frames;
+    // Guards m_Stream, which is made by the first handler.
+    std::mutex m_StreamLock;
+    std::unique_ptr<ImageStream> m_Stream;
 };
 
 } // namespace GenICam

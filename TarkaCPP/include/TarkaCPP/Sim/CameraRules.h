@@ -12,6 +12,9 @@ namespace KST {
 namespace TrkAPI {
 namespace Sim {
 
+// The value of an integer or floating feature.
+double NumberValue(const CameraAccess& access, const std::string& name);
+
 // Keeps the span [offset, offset + size) inside [origin, origin + extent):
 // the offset runs from the origin's value (0 if origin is empty) up to what
 // the size leaves, and the size from its own minimum up to what the offset
@@ -39,8 +42,11 @@ Rule LimitsInTimebase(const std::string& timebase, const std::string& lower,
 
 // "AcquisitionStart", "AcquisitionStop" and "AcquisitionAbort" set
 // "AcquisitionStatus" and lock the image format while acquiring; while
-// acquiring with "ExposureAuto" at "Continuous", the exposure time wanders
-// between the auto limits every half second.
+// acquiring, the camera makes frames of "Width" x "Height" at
+// "AcquisitionFrameRate" (see SensorSimulation: a scene whose brightness
+// follows the exposure time, the auto-function region drawn in it, and
+// automatic exposure toward the target level in that region while
+// "ExposureAuto" is "Continuous" or, until it is reached, "Once").
 void AddAcquisitionSimulation(Camera& camera);
 
 } // namespace Sim

@@ -15,8 +15,10 @@ namespace Sim {
 // carries, the family's features placed among them rather than in front.
 //
 // Every camera has the commands "AcquisitionStart" and "AcquisitionStop";
-// while acquiring with "ExposureAuto" at "Continuous", the exposure time
-// wanders within "ExposureAutoMin" and "ExposureAutoMax".
+// while acquiring it delivers frames of a synthetic scene, and with
+// "ExposureAuto" at "Continuous" it steers the exposure time within
+// "ExposureAutoMin" and "ExposureAutoMax" toward the target level inside the
+// auto-function region, whose outline it draws into the frames.
 
 // Region "AutofunctionAOI*", with "AutofunctionAOIEnable" and
 // "AutofunctionAOIShowArea", inside the image "Width" x "Height".

@@ -8,12 +8,16 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace KST {
 namespace TrkAPI {
+
+class FrameDispatch;
+
 namespace Sim {
 
 class CameraState;
@@ -61,6 +65,24 @@ enum ErrorCode : TrkErrorType
 // camera; both run with the camera's lock held and must not call features.
 typedef std::function<void(CameraAccess&)> Rule;
 
+// Makes a camera's frames. The camera calls Period and Prepare with its lock
+// held, Render without it, then Finish with the lock again; one frame at a
+// time. Like rules, the calls with the lock must not call features.
+class FrameGenerator
+{
+public:
+    virtual ~FrameGenerator() {}
+
+    // Time from one frame to the next; zero while the camera doesn't acquire.
+    virtual std::chrono::microseconds Period(const CameraAccess& access) const = 0;
+    // Takes what the next frame depends on.
+    virtual void Prepare(const CameraAccess& access) = 0;
+    // The frame, or null to drop it.
+    virtual FramePtr Render() = 0;
+    // What the camera does after a frame, such as steering its exposure.
+    virtual void Finish(CameraAccess& access) = 0;
+};
+
 // An in-memory camera: a list of features of every type, that refuses writes
 // a camera would refuse, recomputes dependent limits after every write, and
 // notifies observers from a notifier thread of its own.
@@ -106,6 +128,9 @@ public:
     void SetCommandAction(const std::string& name, const Rule& action);
     // Runs action on the notifier thread every period while the camera exists.
     void SetPeriodicAction(std::chrono::milliseconds period, const Rule& action);
+    // Makes frames with generator from a thread of the camera, at the
+    // generator's period while it tells one. Set once, while building.
+    void SetFrameGenerator(std::unique_ptr<FrameGenerator> generator);
 
     // Reading from the outside; unknown names or wrong types throw
     // std::invalid_argument.
@@ -131,6 +156,7 @@ public:
     std::vector<FeaturePtr> Features() const override;
     FeaturePtr Find(const std::string& name) const override;
     bool IsConnected() const override { return true; }
+    void SetFrameHandler(const FrameHandler& handler) override;
 
     // Test hooks. A failure makes that operation of that feature return code
     // until cleared. Calls are counted whether they fail or not.
@@ -146,6 +172,13 @@ public:
     // delivered. Returns at once when called from the notifier thread.
     void WaitForNotifications();
 
+    // Frames step by step: with the clock stopped the camera's thread makes
+    // no frames; ProduceFrame makes one now, on the calling thread, and
+    // hands it to the frame handler; false, with no frame, unless acquiring.
+    // ProduceFrame must not be called from inside a frame handler.
+    void SetFrameClock(bool running);
+    bool ProduceFrame();
+
 private:
     // Ready-made cameras add features from their descriptions.
     friend void AddFeatures(Camera& camera, const std::vector<FeatureDescription>& descriptions);
@@ -154,11 +187,20 @@ private:
     // Applies change; name, if not empty, is notified even if unchanged.
     void ChangeAndNotify(const std::string& name, const Rule& change);
     void RunNotifier();
+    void RunFrames();
 
     std::shared_ptr<CameraState> m_State;
     // The camera's references on its features, guarded by the state's lock.
     std::vector<FeaturePtr> m_Features;
     std::thread m_Notifier;
+
+    std::unique_ptr<FrameGenerator> m_Generator;
+    std::unique_ptr<FrameDispatch> m_Frames;
+    // Held while a frame is made, so that frames come one at a time.
+    std::mutex m_FrameLock;
+    // Guarded by the state's lock.
+    bool m_FrameClock = true;
+    std::thread m_FrameThread;
 };
 
 } // namespace Sim

@@ -1,0 +1,130 @@
+#include "ImagePane.h"
+#include "FrameConversion.h"
+
+#include <TarkaCPP/GenICam/GenICamCamera.h>
+#include <TarkaCPP/Sim/ReadyMadeCameras.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QSet>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <functional>
+
+using namespace KST::TrkAPI;
+
+namespace {
+
+Frame MakeFrame(int width, int height, PixelFormat format, std::vector<unsigned char> data)
+{
+    Frame frame;
+    frame.width = width;
+    frame.height = height;
+    frame.format = format;
+    frame.stride = static_cast<size_t>(width) * BytesPerPixel(format);
+    frame.data = std::move(data);
+    return frame;
+}
+
+// Runs the event loop until done is true or a generous time has passed.
+bool ProcessUntil(const std::function<bool()>& done)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!done() && timer.elapsed() < 30000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    }
+    return done();
+}
+
+TEST(ImagePane, ConvertsEachFormatAndFitsTheAspectRatio)
+{
+    const QImage mono = ConvertFrame(MakeFrame(2, 1, PixelFormat::Mono8, {0, 200}), QSize(2, 1));
+    EXPECT_EQ(qRgb(0, 0, 0), mono.pixel(0, 0));
+    EXPECT_EQ(qRgb(200, 200, 200), mono.pixel(1, 0));
+    unsigned short word = 0x8040;
+    std::vector<unsigned char> bytes(2);
+    std::memcpy(bytes.data(), &word, 2);
+    EXPECT_EQ(qRgb(0x80, 0x80, 0x80),
+              ConvertFrame(MakeFrame(1, 1, PixelFormat::Mono16, bytes), QSize(1, 1)).pixel(0, 0));
+    EXPECT_EQ(
+        qRgb(10, 20, 30),
+        ConvertFrame(MakeFrame(1, 1, PixelFormat::RGB8, {10, 20, 30}), QSize(1, 1)).pixel(0, 0));
+    // One 2 x 2 cell of 10, 20 over 30, 40: each format reads red and blue
+    // from its own corners and averages the two greens.
+    const std::pair<PixelFormat, QRgb> bayer[] = {{PixelFormat::BayerRG8, qRgb(10, 25, 40)},
+                                                  {PixelFormat::BayerGR8, qRgb(20, 25, 30)},
+                                                  {PixelFormat::BayerGB8, qRgb(30, 25, 20)},
+                                                  {PixelFormat::BayerBG8, qRgb(40, 25, 10)}};
+    for (const auto& format : bayer) {
+        const QImage image =
+            ConvertFrame(MakeFrame(2, 2, format.first, {10, 20, 30, 40}), QSize(2, 2));
+        EXPECT_EQ(format.second, image.pixel(1, 1)) << static_cast<int>(format.first);
+    }
+
+    EXPECT_EQ(QSize(200, 50), ConvertFrame(MakeFrame(400, 100, PixelFormat::Mono8,
+                                                     std::vector<unsigned char>(40000)),
+                                           QSize(200, 200))
+                                  .size());
+    EXPECT_TRUE(ConvertFrame(MakeFrame(2, 1, PixelFormat::Mono8, {1, 2}), QSize()).isNull());
+    EXPECT_TRUE(ConvertFrame(MakeFrame(2, 2, PixelFormat::Mono8, {1, 2}), QSize(2, 2)).isNull());
+    EXPECT_TRUE(ConvertFrame(MakeFrame(1, 1, PixelFormat::BayerRG8, {1}), QSize(1, 1)).isNull());
+}
+
+TEST(ImagePane, ShowsTheNewestFrameAndDropsThoseItCannotShowInTime)
+{
+    ImagePane pane;
+    pane.resize(320, 240);
+    pane.show();
+    std::unique_ptr<Sim::Camera> camera = Sim::MakeCamera("autofunction");
+    camera->SetFrameClock(false);
+    camera->SetFromCamera("Width", 640LL);
+    camera->SetFromCamera("Height", 480LL);
+    camera->Find("AcquisitionStart")->RunCommand();
+    camera->SetFrameHandler(pane.Handler());
+
+    // Without the event loop the pane takes no image: all but the frame
+    // being converted and the newest one are dropped.
+    for (int i = 0; i < 30; ++i) {
+        ASSERT_TRUE(camera->ProduceFrame());
+    }
+    EXPECT_EQ(30u, pane.FramesReceived());
+    EXPECT_TRUE(ProcessUntil([&] { return pane.FramesShown() == 2; }));
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 100);
+    EXPECT_EQ(2u, pane.FramesShown());
+    EXPECT_TRUE(pane.StatisticsText().contains("received: 30"));
+
+    // The image fills the pane's width at the frame's aspect ratio.
+    const QImage shown = pane.grab().toImage();
+    QSet<QRgb> colours;
+    for (int x = 0; x < shown.width(); ++x) {
+        colours << shown.pixel(x, shown.height() / 2);
+    }
+    EXPECT_GE(colours.size(), 2);
+    EXPECT_NE(qRgb(32, 32, 32), shown.pixel(0, shown.height() / 2));
+
+    pane.Clear();
+    EXPECT_EQ(0u, pane.FramesShown());
+    EXPECT_EQ(0u, pane.FramesReceived());
+    camera->SetFrameHandler(FrameHandler());
+}
+
+TEST(ImagePane, ShowsTheImagesOfAGenICamCamera)
+{
+    ImagePane pane;
+    pane.resize(320, 240);
+    pane.show();
+    std::string error;
+    std::unique_ptr<GenICam::Camera> camera = GenICam::Camera::OpenDescription(
+        std::string(TAB_CAMERAS_DIR) + "/autofunction.xml", &error);
+    ASSERT_TRUE(camera) << error;
+    camera->SetFrameHandler(pane.Handler());
+    ASSERT_EQ(0, camera->Find("AcquisitionStart")->RunCommand());
+    EXPECT_TRUE(ProcessUntil([&] { return pane.FramesShown() >= 2; }));
+    EXPECT_EQ(0, camera->Find("AcquisitionStop")->RunCommand());
+    camera->SetFrameHandler(FrameHandler());
+}
+
+} // namespace

@@ -1,0 +1,54 @@
+#ifndef FRAMEWORKER_H
+#define FRAMEWORKER_H
+
+#include <TarkaCPP/Frame.h>
+
+#include <QImage>
+#include <QObject>
+#include <QSize>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+// Turns a camera's frames into images for the display on a thread of its
+// own. It keeps only the newest frame that waits and converts the next one
+// only once the display has taken the last image, so a slow display drops
+// frames instead of queueing them, and neither the camera's thread nor the
+// GUI thread ever waits for a conversion.
+class FrameWorker : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FrameWorker(QObject* parent = nullptr);
+    ~FrameWorker() override;
+
+    // From any thread, typically the camera's.
+    void Offer(const KST::TrkAPI::FramePtr& frame);
+    // Images are scaled to fit into this size.
+    void SetTargetSize(const QSize& size);
+    // The display has taken the last image and can take the next.
+    void TakeImage();
+    // Forgets a waiting frame and the count of frames received.
+    void Reset();
+
+    quint64 FramesReceived() const;
+
+signals:
+    void imageConverted(const QImage& image);
+
+private:
+    void Run();
+
+    mutable std::mutex m_Lock;
+    std::condition_variable m_Wake;
+    KST::TrkAPI::FramePtr m_Waiting;
+    QSize m_TargetSize;
+    bool m_ImageOut = false;
+    bool m_Stopping = false;
+    quint64 m_Received = 0;
+    std::thread m_Thread;
+};
+
+#endif
