@@ -173,7 +173,9 @@ public:
     FeaturePtr Find(const std::string& name) const override;
 
     // Test hooks. A failure makes that operation of that feature return code
-    // until cleared. Calls are counted whether they fail or not.
+    // until cleared. Calls are counted, whether they fail or not, from the
+    // first ResetCalls or SetFailure on: until then the features skip the
+    // bookkeeping, and Calls and TotalCalls throw std::logic_error.
     void SetFailure(const std::string& name, Op op, TrkErrorType code = ErrorInjected);
     void ClearFailure(const std::string& name, Op op);
     void ClearFailures();
@@ -194,6 +196,8 @@ private:
     // Applies change; name, if not empty, is notified even if unchanged.
     void ChangeAndNotify(const std::string& name, const Rule& change);
     void RunNotifier();
+    // Throws std::logic_error while calls aren't being counted.
+    void CheckCounting() const;
 
     std::shared_ptr<CameraState> m_State;
     // The camera's references on its features, guarded by the state's lock.
