@@ -50,7 +50,9 @@ void P4_Resize(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(P4_Resize)->DenseRange(0, 2)->ArgName("size")->Unit(benchmark::kMillisecond);
+// Qt scales large pictures on threads of its own, for which the GUI thread waits.
+BENCHMARK(P4_Resize)->DenseRange(0, 2)->ArgName("size")->MeasureProcessCPUTime()->Unit(
+    benchmark::kMillisecond);
 
 int main(int argc, char** argv)
 {
