@@ -5,7 +5,7 @@ import os
 import platform
 import sys
 
-work, current, baseline = sys.argv[1:4]
+work, current, baseline, repetitions, min_time = sys.argv[1:6]
 FAMILIES = ["autofunction", "automode", "dsp"]
 SIZES = ["0.3", "5", "20"]
 
@@ -71,7 +71,8 @@ out.append("- Load average while running: %s" % ", ".join(
     "%.2f" % v for v in context.get("load_avg", [])))
 out.append("- Before: commit %s with today's bench/; after: commit %s and the working tree." %
            (baseline, current))
-out.append("- Release build, Qt offscreen platform, medians of the repetitions, in ms. CPU is the")
+out.append("- Release build, Qt offscreen platform, medians of %s repetitions of at least %s s "
+           "each, in ms. CPU is the" % (repetitions, min_time))
 out.append("  GUI thread's CPU time (for P4 the whole process's, as Qt scales on threads of its")
 out.append("  own); wall is elapsed time, which other processes on a loaded machine stretch.")
 out.append("  Goals are judged on CPU time; ratios are CPU time of the action over its floor's.")

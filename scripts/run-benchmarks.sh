@@ -52,5 +52,5 @@ for tree in before after; do
 done
 
 python3 "$root/scripts/benchmark-table.py" "$work" "$(git -C "$root" rev-parse --short HEAD)" \
-    "$baseline" >"$root/bench/RESULTS.md"
+    "$baseline" "$repetitions" "$min_time" >"$root/bench/RESULTS.md"
 echo "Wrote $root/bench/RESULTS.md"
