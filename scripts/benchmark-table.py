@@ -19,7 +19,8 @@ def medians(path):
         if run.get("aggregate_name") != "median":
             continue
         scale = {"ns": 1e-6, "us": 1e-3, "ms": 1.0}[run["time_unit"]]
-        result[run["run_name"]] = (run["cpu_time"] * scale, run["real_time"] * scale, run)
+        name = run["run_name"].replace("/process_time", "")
+        result[name] = (run["cpu_time"] * scale, run["real_time"] * scale, run)
     return result, data["context"]
 
 

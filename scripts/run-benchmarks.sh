@@ -44,7 +44,7 @@ for tree in before after; do
         --benchmark_out="$work/$tree-tab.json" >/dev/null
     # One process per size, so that each peak is that size's own.
     for size in 0 1 2; do
-        "$bin/preview_bench" --benchmark_filter="P4_Resize/size:$size\$" \
+        "$bin/preview_bench" --benchmark_filter="P4_Resize/size:$size/" \
             --benchmark_repetitions="$repetitions" --benchmark_min_time="$min_time" \
             --benchmark_report_aggregates_only=true --benchmark_format=json \
             --benchmark_out="$work/$tree-preview-$size.json" >/dev/null
