@@ -79,6 +79,9 @@ out.append("  own); wall is elapsed time, which other processes on a loaded mach
 out.append("  Goals are judged on CPU time; ratios are CPU time of the action over its floor's.")
 out.append("  The camera's feature count includes its own features besides the 50, 500 or "
            "5,000 others.")
+out.append("- The floor replays only the operations of the features. A walk also copies each")
+out.append("  feature's pointer (a locked count up and down), which the floor leaves out, and")
+out.append("  the editor's widget work weighs most on small cameras; both stay in the ratio.")
 out.append("")
 
 
