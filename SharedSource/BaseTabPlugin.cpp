@@ -124,10 +124,12 @@ qint32 BaseTabPluginWidget::ObserverPass(
         return NoFeatures;
     }
     qint32 result = 0;
+    // Every name is read into one buffer and compared there: a pass
+    // allocates only for the watched features.
+    std::vector<char> name;
     for (const FeaturePtr& feature : features) {
-        QString name;
-        result = ReadFeatureName(*feature, name);
-        if (result != 0 || !m_ObservedFeatures.contains(name)) {
+        result = ReadFeatureText(*feature, &KST::TrkAPI::Feature::GetName, name);
+        if (result != 0 || !IsObserved(name.data())) {
             continue;
         }
         result = ((*feature).*operation)(m_FeatureObserver);
@@ -137,10 +139,21 @@ qint32 BaseTabPluginWidget::ObserverPass(
         // The name asks for a refresh of the feature, whether or not the
         // observer now sits on it.
         if (fillChanged) {
-            m_ChangedFeatures->append(name);
+            m_ChangedFeatures->append(Qt4Compat::FromAscii(name.data()));
         }
     }
     return result;
+}
+
+bool BaseTabPluginWidget::IsObserved(const char* name) const
+{
+    const QLatin1String text(name);
+    for (const QString& observed : m_ObservedFeatures) {
+        if (observed == text) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool BaseTabPluginWidget::FillComboBox(const QString& name, QComboBox* combo, bool setToolTips)

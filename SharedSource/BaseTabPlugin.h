@@ -74,6 +74,8 @@ private:
     qint32 ObserverPass(TrkErrorType (KST::TrkAPI::Feature::*operation)(const FeatureObserverPtr&),
                         const char* failureText, bool fillChanged);
     void FinishDispatch();
+    // Whether m_ObservedFeatures holds the ASCII name, exactly.
+    bool IsObserved(const char* name) const;
 
     // Set while a dispatch holds m_ChangeMutex; see updateTimer().
     bool m_InDispatch = false;

@@ -5,6 +5,7 @@
 #include "Qt4Compat.h"
 
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 using KST::TrkAPI::Feature;
@@ -200,14 +201,17 @@ FeaturePtr FeatureManager::FindFeature(const std::string& name)
     if (!m_Features) {
         return FeaturePtr();
     }
-    // A shallow copy keeps the list as it is for the whole walk.
+    // A shallow copy keeps the list as it is for the whole walk. Every name is
+    // read into one buffer and compared there: a walk allocates nothing per
+    // feature.
     const FeatureVector features = *m_Features;
-    std::string featureName;
+    std::vector<char> featureName;
     for (FeatureVector::const_iterator it = features.constBegin(); it != features.constEnd();
          ++it) {
         const FeaturePtr feature = *it;
         if (feature && ReadFeatureText(*feature, &Feature::GetName, featureName) == 0 &&
-            featureName == name) {
+            std::strlen(featureName.data()) == name.size() &&
+            std::memcmp(featureName.data(), name.data(), name.size()) == 0) {
             return feature;
         }
     }

@@ -6,25 +6,36 @@
 #include <vector>
 
 TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
-                             std::string& text)
+                             std::vector<char>& buffer)
 {
-    text.clear();
     unsigned int length = 0;
-    TrkErrorType result = (feature.*getter)(nullptr, length);
-    if (result != 0 || length == 0) {
+    const TrkErrorType result = (feature.*getter)(nullptr, length);
+    if (result != 0) {
         return result;
     }
     try {
-        std::vector<char> buffer(static_cast<size_t>(length) + 1, '\0');
-        result = (feature.*getter)(buffer.data(), length);
+        buffer.assign(static_cast<size_t>(length) + 1, '\0');
+    } catch (const std::bad_alloc&) {
+        return FeatureTextNoBuffer;
+    }
+    return length == 0 ? result : (feature.*getter)(buffer.data(), length);
+}
+
+TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
+                             std::string& text)
+{
+    text.clear();
+    try {
+        std::vector<char> buffer;
+        const TrkErrorType result = ReadFeatureText(feature, getter, buffer);
         if (result == 0) {
             text = buffer.data();
         }
+        return result;
     } catch (const std::bad_alloc&) {
         text.clear();
         return FeatureTextNoBuffer;
     }
-    return result;
 }
 
 TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,

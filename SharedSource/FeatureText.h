@@ -26,6 +26,11 @@ const TrkErrorType FeatureTextNoBuffer = -14;
 TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
                              std::string& text);
 
+// The same into buffer, which keeps its storage from one read to the next:
+// after a success the text is buffer.data() up to its first zero byte.
+TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
+                             std::vector<char>& buffer);
+
 // The same, with the text converted from ASCII; never a null QString.
 TrkErrorType ReadFeatureText(const KST::TrkAPI::Feature& feature, FeatureTextGetter getter,
                              QString& text);

@@ -50,7 +50,8 @@ RubberBandLabel::RubberBandLabel(int imageWidth, int imageHeight, const QColor& 
     m_Pixmap = QPixmap(imageWidth, imageHeight);
     QColor tint = color;
     FillPixmap(tint);
-    setMask(m_Pixmap.createMaskFromColor(Qt::transparent));
+    setMask(MaskOfTransparentPixels());
+    // Scaled to its own size the picture comes back shared, not copied.
     setPixmap(
         m_Pixmap.scaled(imageWidth, imageHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation));
     setAlignment(Qt::AlignTop);
@@ -218,6 +219,15 @@ void RubberBandLabel::FillPixmap(QColor& color)
     color.getHsl(&hue, &saturation, &lightness);
     color.setHsl(hue, 65, lightness, 185);
     m_Pixmap.fill(color);
+}
+
+// The picture is held once at full size. QPixmap::createMaskFromColor would
+// convert a copy of it first; the mask is taken from the picture's own
+// premultiplied pixels instead, where exactly the transparent ones are zero.
+QBitmap RubberBandLabel::MaskOfTransparentPixels() const
+{
+    const QImage picture = m_Pixmap.toImage();
+    return QBitmap::fromImage(picture.createMaskFromColor(QColor(Qt::transparent).rgba()));
 }
 
 double RubberBandLabel::ScreenScale() const

@@ -1,6 +1,7 @@
 #ifndef RUBBERBANDLABEL_H
 #define RUBBERBANDLABEL_H
 
+#include <QBitmap>
 #include <QColor>
 #include <QLabel>
 #include <QPixmap>
@@ -54,6 +55,7 @@ private slots:
 
 private:
     void FillPixmap(QColor& color);
+    QBitmap MaskOfTransparentPixels() const;
     bool IsResizing() const;
     double ScreenScale() const;
     void PlaceStoredRegion();

@@ -1,30 +1,29 @@
 #include <TarkaCPP/Mutex.h>
 
-#include <mutex>
+#include <thread>
 
 namespace KST {
 namespace TrkAPI {
 
-Mutex::Mutex(bool initiallyLocked) : m_Handle(new std::mutex)
-{
-    if (initiallyLocked) {
-        Lock();
-    }
-}
+namespace {
 
-Mutex::~Mutex()
-{
-    delete static_cast<std::mutex*>(m_Handle);
-}
+// Spins this often before giving the processor away; holders keep the lock
+// for a count update only.
+const int SpinsBeforeYield = 64;
 
-void Mutex::Lock()
-{
-    static_cast<std::mutex*>(m_Handle)->lock();
-}
+} // namespace
 
-void Mutex::Unlock()
+void Mutex::WaitAndLock()
 {
-    static_cast<std::mutex*>(m_Handle)->unlock();
+    int spins = 0;
+    do {
+        while (m_Locked.load(std::memory_order_relaxed)) {
+            if (++spins >= SpinsBeforeYield) {
+                spins = 0;
+                std::this_thread::yield();
+            }
+        }
+    } while (m_Locked.exchange(true, std::memory_order_acquire));
 }
 
 } // namespace TrkAPI

@@ -77,6 +77,7 @@ TEST(FeatureManager, QueriesAnswerTheirAbsentAndFailedValues)
     camera.SetDisplayName("Gain", "Analog gain");
     camera.SetCategory("Gain", "Analog");
     FeatureManager fm(MakeFeatureVector(camera));
+    camera.ResetCalls();
 
     EXPECT_EQ(-1.0, fm.GetValue("Missing"));
     EXPECT_EQ(640.0, fm.GetValue("Missing", "Width"));
@@ -178,6 +179,7 @@ TEST(FeatureManager, NumericWritesAlignClampReadBackAndLogTheirErrors)
     camera.AddInteger("Height", 480, 1, 960);
     camera.SetWritable("Height", false);
     FeatureManager fm(MakeFeatureVector(camera));
+    camera.ResetCalls();
 
     EXPECT_EQ(30.0, fm.SetValue("Exposure", 37));
     EXPECT_EQ(998.0, fm.SetValue("Width", 5000));
@@ -231,6 +233,7 @@ TEST(FeatureManager, TextWritesCommandsAndEntriesReportAsStated)
     camera.SetEntryAvailable("Timebase", "10us", false);
     camera.SetEntryAvailable("Empty", "Only", false);
     FeatureManager fm(MakeFeatureVector(camera));
+    camera.ResetCalls();
 
     EXPECT_EQ(QString("On"), fm.SetValue("Mode", QString("On")));
     EXPECT_EQ("On", camera.TextValue("Mode"));

@@ -93,6 +93,7 @@ TEST(TabBase, ObserverBridgeGivesEveryTypeItsTextForm)
     std::unique_ptr<Camera> camera = MakeCamera();
     camera->AddInteger("Negative", -1, -10, 10);
     camera->AddFloat("Large", 1234567.0, 0.0, 1e9);
+    camera->ResetCalls();
     PluginFeatureObserver observer;
     QStringList seen;
     QObject::connect(&observer, &PluginFeatureObserver::setChangedFeature,

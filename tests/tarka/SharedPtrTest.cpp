@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <thread>
+#include <vector>
 
 using KST::TrkAPI::dynamic_pointer_cast;
 using KST::TrkAPI::ref_count;
@@ -97,6 +99,27 @@ TEST(SharedPtrTest, ReleaseAtCountZeroThrowsAndLeavesTheObject)
     // The failed release keeps the lock; the destructor releases it.
     counter->ForceCount(1);
     delete counter;
+    EXPECT_EQ(1, destroyed);
+}
+
+TEST(SharedPtrTest, CopiesOnSeveralThreadsLoseNoCount)
+{
+    int destroyed = 0;
+    {
+        shared_ptr<Tracked> shared(new Tracked(&destroyed));
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([&shared] {
+                for (int i = 0; i < 20000; ++i) {
+                    shared_ptr<Tracked> copy(shared);
+                }
+            });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        EXPECT_EQ(1, shared.use_count());
+    }
     EXPECT_EQ(1, destroyed);
 }
 

@@ -251,6 +251,8 @@ TEST_F(SimCameraTest, EachOperationCountsAndFailsUnderItsOwnName)
     TrkFeatureDataType type = TrkFeatureDataUnknown;
     Observed observer;
     ASSERT_EQ(0, F("Enable")->RegisterObserver(observer.ptr));
+    // Counting starts with the first reset, so no test reads counts it never took.
+    EXPECT_THROW(m_Camera.Calls("Width", Op::GetName), std::logic_error);
     const struct
     {
         const char* name;

@@ -65,6 +65,9 @@ void CameraState::Touch(const FeatureEntry& entry)
 
 TrkErrorType CameraState::Enter(size_t index, Op op)
 {
+    if (!HooksActive()) {
+        return Success;
+    }
     FeatureEntry& entry = *m_Entries[index];
     ++entry.calls[static_cast<int>(op)];
     std::map<Op, TrkErrorType>::const_iterator failure = entry.failures.find(op);

@@ -4,6 +4,7 @@
 #include "FeatureDescription.h"
 
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -85,8 +86,12 @@ public:
     // Reading and changing as the camera; changes are neither applied nor queued.
     CameraAccess Access() { return CameraAccess(*this); }
 
-    // Counts the call and tells the injected failure, if any.
+    // Counts the call and tells the injected failure, if any, once a test
+    // hook is set.
     TrkErrorType Enter(size_t index, Op op);
+    // Read without the lock: calls skip the bookkeeping until a hook is set.
+    bool HooksActive() const { return m_HooksActive.load(std::memory_order_relaxed); }
+    void ActivateHooks() { m_HooksActive.store(true, std::memory_order_relaxed); }
 
     // Runs change, then the rules until nothing moves, and queues the
     // written feature (if any) and every feature that changed.
@@ -102,6 +107,9 @@ public:
     TrkErrorType Write(size_t index, Op op, Check check, Store store);
 
     static const size_t NoFeature = static_cast<size_t>(-1);
+
+private:
+    std::atomic<bool> m_HooksActive{false};
 };
 
 template <class Check, class Store>

@@ -143,7 +143,8 @@ void Camera::Add(const FeatureDescription& description)
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
     m_State->Add(description);
-    m_Features.push_back(FeaturePtr(new SimFeature(m_State, m_Features.size())));
+    m_Features.push_back(
+        FeaturePtr(new SimFeature(m_State, m_Features.size(), *m_State->m_Entries.back())));
 }
 
 void Camera::AddInteger(const std::string& name, long long value, long long min, long long max,
@@ -343,6 +344,7 @@ void Camera::SetFailure(const std::string& name, Op op, TrkErrorType code)
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
     m_State->Entry(name).failures[op] = code;
+    m_State->ActivateHooks();
 }
 
 void Camera::ClearFailure(const std::string& name, Op op)
@@ -362,12 +364,14 @@ void Camera::ClearFailures()
 int Camera::Calls(const std::string& name, Op op) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    CheckCounting();
     return m_State->Entry(name).calls[static_cast<int>(op)];
 }
 
 int Camera::TotalCalls(Op op) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    CheckCounting();
     int total = 0;
     for (const std::unique_ptr<FeatureEntry>& entry : m_State->m_Entries) {
         total += entry->calls[static_cast<int>(op)];
@@ -380,6 +384,14 @@ void Camera::ResetCalls()
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
     for (const std::unique_ptr<FeatureEntry>& entry : m_State->m_Entries) {
         entry->calls.fill(0);
+    }
+    m_State->ActivateHooks();
+}
+
+void Camera::CheckCounting() const
+{
+    if (!m_State->HooksActive()) {
+        throw std::logic_error("calls are counted from the first ResetCalls on");
     }
 }
 

@@ -10,13 +10,15 @@ namespace TrkAPI {
 namespace Sim {
 
 class CameraState;
+struct FeatureEntry;
 
 // One feature of an in-memory camera: a handle on an entry of the camera's
 // shared state, which keeps that state alive after the camera is gone.
 class SimFeature : public Feature
 {
 public:
-    SimFeature(const std::shared_ptr<CameraState>& state, size_t index);
+    // entry is the feature's own in state, whose name never changes.
+    SimFeature(const std::shared_ptr<CameraState>& state, size_t index, const FeatureEntry& entry);
 
     TrkErrorType GetName(char* buffer, unsigned int& length) const override;
     TrkErrorType GetDisplayName(char* buffer, unsigned int& length) const override;
@@ -58,6 +60,7 @@ private:
 
     std::shared_ptr<CameraState> m_State;
     size_t m_Index;
+    const FeatureEntry& m_Entry;
 };
 
 } // namespace Sim

@@ -159,7 +159,9 @@ public:
     void SetFrameHandler(const FrameHandler& handler) override;
 
     // Test hooks. A failure makes that operation of that feature return code
-    // until cleared. Calls are counted whether they fail or not.
+    // until cleared. Calls are counted, whether they fail or not, from the
+    // first ResetCalls or SetFailure on: until then the features skip the
+    // bookkeeping, and Calls and TotalCalls throw std::logic_error.
     void SetFailure(const std::string& name, Op op, TrkErrorType code = ErrorInjected);
     void ClearFailure(const std::string& name, Op op);
     void ClearFailures();
@@ -188,6 +190,8 @@ private:
     void ChangeAndNotify(const std::string& name, const Rule& change);
     void RunNotifier();
     void RunFrames();
+    // Throws std::logic_error while calls aren't being counted.
+    void CheckCounting() const;
 
     std::shared_ptr<CameraState> m_State;
     // The camera's references on its features, guarded by the state's lock.
