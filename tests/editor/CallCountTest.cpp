@@ -142,6 +142,13 @@ TEST(CallCount, CreateShowDragAndReleaseMakeTheirCalls)
         SCOPED_TRACE(c.camera);
         std::unique_ptr<Camera> made = KST::TrkAPI::Sim::MakeCamera(c.camera);
         Camera& camera = *made;
+        // The counts hold for a camera with automatic exposure off and the region
+        // hidden, whatever the ready-made cameras start with.
+        camera.SetFromCamera("ExposureAuto", "Off");
+        if (camera.Has("AutofunctionAOIShowArea")) {
+            camera.SetFromCamera("AutofunctionAOIShowArea", false);
+        }
+        camera.WaitForNotifications();
         camera.ResetCalls();
         EditorTab editor(std::move(made));
         EXPECT_EQ(TakeCalls(camera), c.create);
