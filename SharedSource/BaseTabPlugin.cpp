@@ -6,9 +6,11 @@
 #include "Qt4Compat.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLocale>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QPointer>
 #include <QTimer>
 #include <QTranslator>
 
@@ -124,6 +126,10 @@ qint32 BaseTabPluginWidget::ObserverPass(
     }
     qint32 result = 0;
     for (const FeaturePtr& feature : features) {
+        // The host's list may hold an empty pointer; it names no feature.
+        if (!feature) {
+            continue;
+        }
         QString name;
         result = PluginFeatureObserver::ReadName(*feature, name);
         if (result != 0 || !m_ObservedFeatures.contains(name)) {
@@ -170,6 +176,16 @@ void BaseTabPluginWidget::StartUpdateTimer()
 void BaseTabPluginWidget::StopUpdateTimer()
 {
     m_UpdateTimer->stop();
+}
+
+bool BaseTabPluginWidget::ProcessPendingEvents()
+{
+    if (m_InDispatch) {
+        return true;
+    }
+    const QPointer<BaseTabPluginWidget> alive(this);
+    QCoreApplication::processEvents();
+    return !alive.isNull();
 }
 
 // The tick refreshes the tab with no observer registered, so that its own

@@ -13,16 +13,19 @@ TrkErrorType PluginFeatureObserver::ReadName(const Feature& feature, QString& te
     return ReadFeatureText(feature, &Feature::GetName, text);
 }
 
+// A value that can't be read, or a type without a text form, gives the empty
+// text, which is not a null string.
 QString PluginFeatureObserver::ValueText(const Feature& feature, TrkFeatureDataType type)
 {
+    const QString empty = QLatin1String("");
     switch (type) {
     case TrkFeatureDataInt: {
         long long value = 0;
-        return feature.GetValue(value) == 0 ? QString::number(value) : QString();
+        return feature.GetValue(value) == 0 ? QString::number(value) : empty;
     }
     case TrkFeatureDataFloat: {
         double value = 0.0;
-        return feature.GetValue(value) == 0 ? QString::number(value, 'g', 6) : QString();
+        return feature.GetValue(value) == 0 ? QString::number(value, 'g', 6) : empty;
     }
     case TrkFeatureDataEnum:
     case TrkFeatureDataString: {
@@ -33,7 +36,7 @@ QString PluginFeatureObserver::ValueText(const Feature& feature, TrkFeatureDataT
     case TrkFeatureDataBool: {
         bool value = false;
         if (feature.GetValue(value) != 0) {
-            return QString();
+            return empty;
         }
         return value ? QStringLiteral("true") : QStringLiteral("false");
     }
@@ -42,7 +45,7 @@ QString PluginFeatureObserver::ValueText(const Feature& feature, TrkFeatureDataT
     case TrkFeatureDataRaw:
         return QStringLiteral("Click here to open");
     default:
-        return QString();
+        return empty;
     }
 }
 

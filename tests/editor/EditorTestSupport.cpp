@@ -58,9 +58,16 @@ bool WaitFor(const std::function<bool()>& done, int milliseconds)
     return true;
 }
 
-EditorTab::EditorTab(std::unique_ptr<Camera> made) : camera(std::move(made))
+EditorTab::EditorTab(std::unique_ptr<Camera> made,
+                     const std::function<FeaturePtr(const FeaturePtr&)>& wrap)
+    : camera(std::move(made))
 {
-    widget = new AutoROIWidget(MakeFeatureVector(*camera), &page);
+    QSharedPointer<FeatureVector> features = MakeFeatureVector(*camera);
+    if (wrap) {
+        for (FeaturePtr& feature : *features)
+            feature = wrap(feature);
+    }
+    widget = new AutoROIWidget(features, &page);
     QVBoxLayout* layout = new QVBoxLayout;
     layout->addWidget(widget);
     page.setLayout(layout);

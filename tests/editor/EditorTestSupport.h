@@ -46,7 +46,10 @@ bool WaitFor(const std::function<bool()>& done, int milliseconds = 3000);
 // The editor as the host holds it, in a page of its own.
 struct EditorTab
 {
-    explicit EditorTab(std::unique_ptr<KST::TrkAPI::Sim::Camera> made);
+    // The host's list holds the camera's features, each passed through wrap
+    // if given.
+    explicit EditorTab(std::unique_ptr<KST::TrkAPI::Sim::Camera> made,
+                       const std::function<FeaturePtr(const FeaturePtr&)>& wrap = nullptr);
 
     // Shows the page with the tab's own timer stopped, so that each test
     // decides when the dispatch runs, and takes in what loading wrote back.
