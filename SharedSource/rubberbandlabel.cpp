@@ -198,10 +198,11 @@ void RubberBandLabel::resizeEvent(QResizeEvent* event)
     setPixmap(m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
     // A resize while hidden reaches the next show with no old size to scale
     // from; the stored region places the band at once then.
-    if (m_RubberBand && event->oldSize().isValid())
+    if (m_RubberBand && event->oldSize().isValid()) {
         m_RubberBand->setGeometry(EstimatedBand(event->size(), event->oldSize()));
-    else
+    } else {
         PlaceStoredRegion();
+    }
     // The estimate drifts; the exact placement waits until the size settles.
     QTimer::singleShot(200, this, SLOT(UpdateGeometryAfterResize()));
 }
@@ -254,8 +255,9 @@ void RubberBandLabel::PlaceStoredRegion()
         return;
     // Also a scale that is no number at all leaves the band where it is.
     const double scale = ScreenScale();
-    if (!(scale >= 1e-05))
+    if (!(scale >= 1e-05)) {
         return;
+    }
     m_RubberBand->setGeometry(
         BandRect(SaturatingCast<int>(m_Left * scale), SaturatingCast<int>(m_Top * scale),
                  SaturatingCast<int>(m_Width * scale), SaturatingCast<int>(m_Height * scale)));

@@ -388,10 +388,11 @@ quint64 AutoROIWidget::GetROIHeight()
     // grid; every height lies on a grid of -1, also the lowest one, whose
     // remainder the division itself can't give.
     qint64 remainder = height;
-    if (step == -1)
+    if (step == -1) {
         remainder = 0;
-    else if (step != 0)
+    } else if (step != 0) {
         remainder = height % step;
+    }
     const double reduce = remainder == 0 ? 0.0 : heightMin;
     return TruncateToSize(offsetMin + WholeSteps(double(height) - reduce, increment));
 }

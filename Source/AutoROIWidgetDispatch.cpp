@@ -227,8 +227,9 @@ void AutoROIWidget::OnEnableStateChanged(int state)
 {
     if (!m_FeatureManager->HasFeature("AutofunctionAOIEnable"))
         return;
-    if (!ProcessPendingEvents())
+    if (!ProcessPendingEvents()) {
         return;
+    }
     m_FeatureManager->SetValue("AutofunctionAOIEnable", state > 0 ? 1.0 : 0.0);
     QTimer::singleShot(200, this, SLOT(updateTimer()));
 }
@@ -533,14 +534,16 @@ void AutoROIWidget::OnSendGeometry(int top, int left, int width, int height)
 
         // Between the offset and the size writes the camera can hold a new
         // offset with the old size; the size check keeps quiet meanwhile.
-        if (top < roiHeight && left < roiWidth)
+        if (top < roiHeight && left < roiWidth) {
             m_TrustedUpdate = true;
+        }
         OnSpinLeftValueChanged(double(left) + offsetX);
         OnSpinTopValueChanged(double(top) + offsetY);
         OnSpinHeightValueChanged(height);
         OnSpinWidthValueChanged(width);
-        if (!ProcessPendingEvents())
+        if (!ProcessPendingEvents()) {
             return;
+        }
         QTimer::singleShot(250, this, SLOT(OnResetTrustedUpdate()));
     }
     StartUpdateTimer();
@@ -634,8 +637,9 @@ void AutoROIWidget::OnExpAutoTimebaseChanged(QString value)
     // the upper half goes the way of every other character it can't encode.
     QByteArray ascii = Qt4Compat::ToAscii(value);
     for (char& byte : ascii) {
-        if (static_cast<unsigned char>(byte) > 0x7f)
+        if (static_cast<unsigned char>(byte) > 0x7f) {
             byte = '?';
+        }
     }
     m_FeatureManager->SetValue("ExposureAutoTimebase", Qt4Compat::FromAscii(ascii));
 }

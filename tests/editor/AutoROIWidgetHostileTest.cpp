@@ -29,8 +29,9 @@ std::unique_ptr<EditorTab> LyingTab(std::unique_ptr<Camera> camera, const LiesBy
     return std::unique_ptr<EditorTab>(
         new EditorTab(std::move(camera), [made, lies, random](const FeaturePtr& feature) {
             for (const auto& entry : lies) {
-                if (made->Find(entry.first) == feature)
+                if (made->Find(entry.first) == feature) {
                     return FeaturePtr(new HostileFeature(feature, entry.second, 0.0, random));
+                }
             }
             return feature;
         }));
@@ -154,16 +155,18 @@ TEST(AutoROIWidgetHostile, ExposureLoadReadsBothRangesFirstAndTheTimebaseKeepsOn
     const auto journal = std::make_shared<std::vector<std::string>>();
     EditorTab tab(std::move(camera), [made, journal](const FeaturePtr& feature) {
         for (const char* name : {"ExposureAutoMin", "ExposureAutoMax"}) {
-            if (made->Find(name) == feature)
+            if (made->Find(name) == feature) {
                 return FeaturePtr(new HostileFeature(feature, name, journal));
+            }
         }
         return feature;
     });
     std::vector<std::string> questions;
     for (const std::string& call : *journal) {
         if (call.find("GetRange") != std::string::npos ||
-            call.find("GetDataType") != std::string::npos)
+            call.find("GetDataType") != std::string::npos) {
             questions.push_back(call);
+        }
     }
     const auto maxRange = std::find(questions.begin(), questions.end(), "ExposureAutoMax GetRange");
     ASSERT_NE(questions.end(), maxRange);

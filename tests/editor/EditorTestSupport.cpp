@@ -64,8 +64,9 @@ EditorTab::EditorTab(std::unique_ptr<Camera> made,
 {
     QSharedPointer<FeatureVector> features = MakeFeatureVector(*camera);
     if (wrap) {
-        for (FeaturePtr& feature : *features)
+        for (FeaturePtr& feature : *features) {
             feature = wrap(feature);
+        }
     }
     widget = new AutoROIWidget(features, &page);
     QVBoxLayout* layout = new QVBoxLayout;

@@ -54,12 +54,15 @@ const std::vector<double> ExtremeFloats = {
 
 TrkFeatureDataType NaturalType(const std::string& name)
 {
-    if (name == "AutofunctionAOIEnable" || name == "AutofunctionAOIShowArea")
+    if (name == "AutofunctionAOIEnable" || name == "AutofunctionAOIShowArea") {
         return TrkFeatureDataBool;
-    if (name == "ExposureAutoTimebase")
+    }
+    if (name == "ExposureAutoTimebase") {
         return TrkFeatureDataEnum;
-    if (name == "ExposureTime" || name == "ExposureTimeAbs" || name == "ExposureAutoMin")
+    }
+    if (name == "ExposureTime" || name == "ExposureTimeAbs" || name == "ExposureAutoMin") {
         return TrkFeatureDataFloat;
+    }
     return TrkFeatureDataInt;
 }
 
@@ -71,8 +74,9 @@ void ExitOnRangeAssertion(QtMsgType type, const QMessageLogContext&, const QStri
         fflush(nullptr);
         _exit(RandomSession::RangeAssertionExit);
     }
-    if (type == QtFatalMsg)
+    if (type == QtFatalMsg) {
         fprintf(stderr, "fatal: %s\n", qPrintable(message));
+    }
 }
 
 } // namespace
@@ -117,8 +121,9 @@ void RandomSession::Run()
     layout->addWidget(m_Tab);
     m_Page->setLayout(layout);
     const int actions = 10 + Pick(50);
-    for (int action = 0; action < actions && m_Page; ++action)
+    for (int action = 0; action < actions && m_Page; ++action) {
         Act();
+    }
     Wait(Pick(300));
 }
 
@@ -133,14 +138,16 @@ void RandomSession::BuildCamera()
     const int families = Chance(0.8) ? 1 : Pick(4);
     for (int family = 0; family < families; ++family) {
         for (const std::string& name : Families[Pick(3)]) {
-            if (Chance(0.9) && !m_Camera->Has(name))
+            if (Chance(0.9) && !m_Camera->Has(name)) {
                 AddFeature(name, NaturalType(name));
+            }
         }
     }
     for (const std::vector<std::string>* group : {&ImageNames, &ExposureNames}) {
         for (const std::string& name : *group) {
-            if (Chance(0.85))
+            if (Chance(0.85)) {
                 AddFeature(name, NaturalType(name));
+            }
         }
     }
     AddRules();
@@ -148,8 +155,9 @@ void RandomSession::BuildCamera()
 
 void RandomSession::AddFeature(const std::string& name, TrkFeatureDataType type)
 {
-    if (Chance(0.08))
+    if (Chance(0.08)) {
         type = TrkFeatureDataType(1 + Pick(7));
+    }
     // Sane sizes stay small enough for the preview's full-size picture.
     const long long extents[] = {0, 1, 8, 640, 1000, 2048, 4096};
     const long long intSteps[] = {1, 1, 1, 2, 4, 8, 0};
@@ -194,8 +202,9 @@ void RandomSession::AddRules()
 {
     auto integers = [this](const std::vector<std::string>& names) {
         for (const std::string& name : names) {
-            if (!m_Camera->Has(name))
+            if (!m_Camera->Has(name)) {
                 return false;
+            }
             try {
                 m_Camera->IntValue(name);
             } catch (const std::invalid_argument&) {
@@ -204,17 +213,21 @@ void RandomSession::AddRules()
         }
         return true;
     };
-    if (!Chance(0.5))
+    if (!Chance(0.5)) {
         return;
-    if (integers({"AutofunctionAOIOffsetX", "AutofunctionAOIWidth", "Width"}))
+    }
+    if (integers({"AutofunctionAOIOffsetX", "AutofunctionAOIWidth", "Width"})) {
         m_Camera->AddRule(KST::TrkAPI::Sim::KeepInside("AutofunctionAOIOffsetX",
                                                        "AutofunctionAOIWidth", "", "Width"));
-    if (integers({"AutoModeRegionOffsetY", "AutoModeRegionHeight", "OffsetY", "Height"}))
+    }
+    if (integers({"AutoModeRegionOffsetY", "AutoModeRegionHeight", "OffsetY", "Height"})) {
         m_Camera->AddRule(KST::TrkAPI::Sim::KeepInside(
             "AutoModeRegionOffsetY", "AutoModeRegionHeight", "OffsetY", "Height"));
-    if (integers({"DSPSubregionLeft", "DSPSubregionRight", "Width"}))
+    }
+    if (integers({"DSPSubregionLeft", "DSPSubregionRight", "Width"})) {
         m_Camera->AddRule(
             KST::TrkAPI::Sim::KeepEdgesApart("DSPSubregionLeft", "DSPSubregionRight", "Width", 1));
+    }
 }
 
 // The host's list: each feature behind a liar, now and then an empty pointer.
@@ -252,8 +265,9 @@ QSharedPointer<FeatureVector> RandomSession::HostileFeatures()
                 break;
             }
         }
-        if (withEmpty && Chance(0.2))
+        if (withEmpty && Chance(0.2)) {
             features->append(FeaturePtr());
+        }
         features->append(FeaturePtr(new HostileFeature(real, lies, m_FailureRate, m_Random)));
     }
     return features;
@@ -264,8 +278,9 @@ T* RandomSession::AnyUsable()
 {
     QList<T*> usable;
     for (T* widget : m_Page->findChildren<T*>()) {
-        if (widget->isVisible() && widget->isEnabled())
+        if (widget->isVisible() && widget->isEnabled()) {
             usable << widget;
+        }
     }
     return usable.isEmpty() ? nullptr : usable[Pick(usable.size())];
 }
@@ -296,10 +311,11 @@ void RandomSession::Act()
         // from an event that the tab may deliver from inside its own work.
         if (Chance(0.1)) {
             QWidget* page = m_Page;
-            if (Chance(0.5))
+            if (Chance(0.5)) {
                 delete page;
-            else
+            } else {
                 QTimer::singleShot(0, page, [page] { page->deleteLater(); });
+            }
         }
         break;
     default:
@@ -324,18 +340,21 @@ void RandomSession::UserAction()
                                      -1e300,
                                      1e300};
             spin->setValue(values[Pick(7)]);
-            if (Chance(0.5))
+            if (Chance(0.5)) {
                 QMetaObject::invokeMethod(spin, "editingFinished");
+            }
         }
         break;
     case 2:
-        if (QAbstractButton* button = AnyUsable<QAbstractButton>())
+        if (QAbstractButton* button = AnyUsable<QAbstractButton>()) {
             button->click();
+        }
         break;
     case 3:
         if (QComboBox* combo = AnyUsable<QComboBox>()) {
-            if (combo->count() > 0)
+            if (combo->count() > 0) {
                 combo->setCurrentIndex(Pick(combo->count()));
+            }
         }
         break;
     default:
@@ -349,16 +368,19 @@ void RandomSession::UserAction()
 void RandomSession::Drag()
 {
     QPointer<RubberBandLabel> preview = AnyUsable<RubberBandLabel>();
-    if (!preview)
+    if (!preview) {
         return;
+    }
     auto at = [this, &preview] {
-        if (!preview)
+        if (!preview) {
             return QPoint();
+        }
         return QPoint(Pick(preview->width() + 20) - 10, Pick(preview->height() + 20) - 10);
     };
     auto send = [&preview](QEvent::Type type, const QPoint& position) {
-        if (!preview)
+        if (!preview) {
             return;
+        }
         const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
         const Qt::MouseButtons held =
             type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
@@ -366,11 +388,13 @@ void RandomSession::Drag()
         QCoreApplication::sendEvent(preview, &event);
     };
     send(QEvent::MouseMove, at());
-    if (Chance(0.3))
+    if (Chance(0.3)) {
         return;
+    }
     send(QEvent::MouseButtonPress, at());
-    for (int move = Pick(5); move > 0; --move)
+    for (int move = Pick(5); move > 0; --move) {
         send(QEvent::MouseMove, at());
+    }
     send(QEvent::MouseButtonRelease, at());
 }
 
@@ -378,14 +402,16 @@ void RandomSession::Drag()
 // library's thread.
 void RandomSession::CameraChange()
 {
-    if (m_Names.empty())
+    if (m_Names.empty()) {
         return;
+    }
     const std::string& name = m_Names[Pick(int(m_Names.size()))];
     try {
-        if (Chance(0.2))
+        if (Chance(0.2)) {
             m_Camera->SetWritable(name, Chance(0.7));
-        else
+        } else {
             m_Camera->SetFromCamera(name, Pick(3000));
+        }
     } catch (const std::invalid_argument&) {
         // Not a number on this camera.
     }

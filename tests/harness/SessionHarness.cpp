@@ -73,18 +73,21 @@ pid_t StartSession(std::uint64_t seed, const std::string& log)
 
 Outcome Classify(int status)
 {
-    if (WIFSIGNALED(status))
+    if (WIFSIGNALED(status)) {
         return Signal;
-    if (WEXITSTATUS(status) == 0)
+    }
+    if (WEXITSTATUS(status) == 0) {
         return Normal;
+    }
     return WEXITSTATUS(status) == RandomSession::RangeAssertionExit ? RangeAssertion : ErrorStatus;
 }
 
 void PrintCounts(long long sessions, const long long* counts)
 {
     printf("%lld sessions:\n", sessions);
-    for (int outcome = 0; outcome < OutcomeCount; ++outcome)
+    for (int outcome = 0; outcome < OutcomeCount; ++outcome) {
         printf("  %-34s %lld\n", OutcomeNames[outcome], counts[outcome]);
+    }
     fflush(stdout);
 }
 
@@ -94,8 +97,9 @@ void Report(const Child& child, Outcome outcome)
            OutcomeNames[outcome], (unsigned long long)child.seed);
     if (FILE* log = fopen(child.log.c_str(), "r")) {
         char line[512];
-        for (int count = 0; count < 60 && fgets(line, sizeof line, log); ++count)
+        for (int count = 0; count < 60 && fgets(line, sizeof line, log); ++count) {
             printf("    %s", line);
+        }
         fclose(log);
     }
     fflush(stdout);
@@ -112,16 +116,18 @@ int main(int argc, char** argv)
     for (int index = 1; index + 1 < argc; index += 2) {
         const std::string option = argv[index];
         const char* value = argv[index + 1];
-        if (option == "--replay")
+        if (option == "--replay") {
             return RunSession(std::strtoull(value, nullptr, 10));
-        if (option == "--sessions")
+        }
+        if (option == "--sessions") {
             sessions = std::atoll(value);
-        else if (option == "--first-seed")
+        } else if (option == "--first-seed") {
             firstSeed = std::strtoull(value, nullptr, 10);
-        else if (option == "--jobs")
+        } else if (option == "--jobs") {
             jobs = std::max(1, std::atoi(value));
-        else if (option == "--timeout")
+        } else if (option == "--timeout") {
             timeout = std::atoi(value);
+        }
     }
 
     long long counts[OutcomeCount] = {};
@@ -142,10 +148,12 @@ int main(int argc, char** argv)
         if (done > 0 && running.count(done)) {
             const Outcome outcome = Classify(status);
             ++counts[outcome];
-            if (++finished % 500 == 0)
+            if (++finished % 500 == 0) {
                 PrintCounts(finished, counts);
-            if (outcome != Normal && outcome != RangeAssertion)
+            }
+            if (outcome != Normal && outcome != RangeAssertion) {
                 Report(running[done], outcome);
+            }
             unlink(running[done].log.c_str());
             running.erase(done);
             continue;
