@@ -35,7 +35,8 @@ Int SaturatingCast(double value)
         return 0;
     }
     // 2^digits is the first whole number above the type's maximum; the
-    // lowest value of a signed type is its negative, exactly.
+    // lowest value of a signed type is its negative, exactly, and that of an
+    // unsigned type 0, which also takes every negative number.
     const double above = std::ldexp(1.0, std::numeric_limits<Int>::digits);
     if (value >= above) {
         return std::numeric_limits<Int>::max();
@@ -43,9 +44,6 @@ Int SaturatingCast(double value)
     const double lowest = std::is_signed<Int>::value ? -above : 0.0;
     if (value <= lowest) {
         return std::numeric_limits<Int>::lowest();
-    }
-    if (!std::is_signed<Int>::value && value <= -1.0) {
-        return 0;
     }
     return static_cast<Int>(value);
 }
