@@ -7,9 +7,11 @@
 #include "Qt4Compat.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QLocale>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QPointer>
 #include <QTimer>
 #include <QTranslator>
 
@@ -128,6 +130,10 @@ qint32 BaseTabPluginWidget::ObserverPass(
     // allocates only for the watched features.
     std::vector<char> name;
     for (const FeaturePtr& feature : features) {
+        // The host's list may hold an empty pointer; it names no feature.
+        if (!feature) {
+            continue;
+        }
         result = ReadFeatureText(*feature, &KST::TrkAPI::Feature::GetName, name);
         if (result != 0 || !IsObserved(name.data())) {
             continue;
@@ -184,6 +190,16 @@ void BaseTabPluginWidget::StartUpdateTimer()
 void BaseTabPluginWidget::StopUpdateTimer()
 {
     m_UpdateTimer->stop();
+}
+
+bool BaseTabPluginWidget::ProcessPendingEvents()
+{
+    if (m_InDispatch) {
+        return true;
+    }
+    const QPointer<BaseTabPluginWidget> alive(this);
+    QCoreApplication::processEvents();
+    return !alive.isNull();
 }
 
 // The tick refreshes the tab with no observer registered, so that its own

@@ -51,6 +51,12 @@ protected:
     void StartUpdateTimer();
     void StopUpdateTimer();
 
+    // Runs the events that wait, as QCoreApplication::processEvents does, but
+    // not inside a dispatch, where a show, a hide or the host's deletion of
+    // the page would run with the dispatch half done. Returns false if this
+    // tab was deleted meanwhile; the caller must then return at once.
+    bool ProcessPendingEvents();
+
     // Refreshes the tab for the names in m_ChangedFeatures. Runs on the GUI
     // thread with m_ChangeMutex held; leaves the list to the base.
     virtual void HandleChangedFeatures() = 0;

@@ -3,6 +3,7 @@
 #include "DebugLine.h"
 #include "FeatureText.h"
 #include "Qt4Compat.h"
+#include "Saturating.h"
 
 #include <cmath>
 #include <cstring>
@@ -74,6 +75,20 @@ T ReadIncrement(const Feature& feature)
     return feature.GetIncrement(increment) == 0 ? increment : ReadFailure<T>();
 }
 
+// A number as the feature's own type: an integer is truncated toward zero,
+// and limited to the integer range beyond it (a NaN becomes 0).
+template <typename T>
+T ToFeatureNumber(double value)
+{
+    return SaturatingCast<T>(value);
+}
+
+template <>
+double ToFeatureNumber<double>(double value)
+{
+    return value;
+}
+
 // Writes value if the feature can be written now. A failed write is logged
 // under the first name the caller gave, whichever name was found.
 template <typename T>
@@ -102,14 +117,14 @@ double WriteNumber(Feature& feature, const QString& name, double value, const ch
     const double max = static_cast<double>(rawMax);
     const double increment = static_cast<double>(ReadIncrement<T>(feature));
 
-    const T alignedMax = static_cast<T>(AlignDownToStep(min, max, increment));
+    const T alignedMax = ToFeatureNumber<T>(AlignDownToStep(min, max, increment));
     double target = AlignDownToStep(min, value, increment);
     if (target < min) {
         target = min;
     } else if (static_cast<double>(alignedMax) < target) {
         target = static_cast<double>(alignedMax);
     }
-    WriteIfWritable(feature, static_cast<T>(target), errorLabel, name);
+    WriteIfWritable(feature, ToFeatureNumber<T>(target), errorLabel, name);
     return static_cast<double>(ReadValue<T>(feature));
 }
 
@@ -188,6 +203,10 @@ double ReadValueRange(Feature& feature, bool* writable, double* min, double* max
 
 double AlignDownToStep(double lower, double upper, double step)
 {
+    // A step of 0 makes the quotient infinite or NaN, and the candidate NaN.
+    if (step == 0.0) {
+        return upper;
+    }
     const double quotient = std::floor((upper - lower) / step * QuotientGuard);
     const double candidate = lower + quotient * step;
     return candidate < upper ? candidate : upper;

@@ -61,16 +61,19 @@ TrkErrorType ReadFeatureDataType(const KST::TrkAPI::Feature& feature, TrkFeature
     return result;
 }
 
+// A value that can't be read, or a type without a text form, gives the empty
+// text, which is not a null string.
 QString FeatureValueAsText(const KST::TrkAPI::Feature& feature, TrkFeatureDataType type)
 {
+    const QString empty = QLatin1String("");
     switch (type) {
     case TrkFeatureDataInt: {
         long long value = 0;
-        return feature.GetValue(value) == 0 ? QString::number(value) : QString();
+        return feature.GetValue(value) == 0 ? QString::number(value) : empty;
     }
     case TrkFeatureDataFloat: {
         double value = 0.0;
-        return feature.GetValue(value) == 0 ? QString::number(value, 'g', 6) : QString();
+        return feature.GetValue(value) == 0 ? QString::number(value, 'g', 6) : empty;
     }
     case TrkFeatureDataEnum:
     case TrkFeatureDataString: {
@@ -81,7 +84,7 @@ QString FeatureValueAsText(const KST::TrkAPI::Feature& feature, TrkFeatureDataTy
     case TrkFeatureDataBool: {
         bool value = false;
         if (feature.GetValue(value) != 0) {
-            return QString();
+            return empty;
         }
         return value ? QStringLiteral("true") : QStringLiteral("false");
     }
@@ -90,7 +93,7 @@ QString FeatureValueAsText(const KST::TrkAPI::Feature& feature, TrkFeatureDataTy
     case TrkFeatureDataRaw:
         return QStringLiteral("Click here to open");
     default:
-        return QString();
+        return empty;
     }
 }
 

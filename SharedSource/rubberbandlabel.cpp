@@ -1,5 +1,7 @@
 #include "rubberbandlabel.h"
 
+#include "Saturating.h"
+
 #include <QBitmap>
 #include <QCoreApplication>
 #include <QMouseEvent>
@@ -32,6 +34,23 @@ bool InFarZone(int position, int lastLine)
 QRect FromCorners(int x1, int y1, int x2, int y2)
 {
     return QRect(QPoint(x1, y1), QPoint(x2, y2));
+}
+
+// A band from its corner and size. A region of extreme camera values would
+// put corners past what a widget can hold, and past what QRect's own sums
+// can hold; each corner is limited to the range of widget coordinates.
+QRect BandRect(qint64 x1, qint64 y1, qint64 width, qint64 height)
+{
+    auto limit = [](qint64 coordinate) {
+        return int(qBound(qint64(-QWIDGETSIZE_MAX), coordinate, qint64(QWIDGETSIZE_MAX)));
+    };
+    return FromCorners(limit(x1), limit(y1), limit(x1 + width - 1), limit(y1 + height - 1));
+}
+
+// (int)(value + 0.5), as the preview rounds, limited to the range of int.
+int Rounded(double value)
+{
+    return SaturatingCast<int>(value + 0.5);
 }
 
 } // namespace
@@ -91,12 +110,12 @@ QSize RubberBandLabel::sizeHint() const
 
 int RubberBandLabel::heightForWidth(int w) const
 {
-    return int(double(m_ImageHeight) * w / m_ImageWidth + 0.5);
+    return Rounded(Divide(double(m_ImageHeight) * w, m_ImageWidth));
 }
 
 int RubberBandLabel::GetFittedWidth() const
 {
-    return qMin(width(), int(double(height()) * m_ImageWidth / m_ImageHeight + 0.5));
+    return qMin(width(), Rounded(Divide(double(height()) * m_ImageWidth, m_ImageHeight)));
 }
 
 int RubberBandLabel::GetFittedHeight() const
@@ -139,14 +158,18 @@ void RubberBandLabel::mousePressEvent(QMouseEvent* event)
 void RubberBandLabel::mouseReleaseEvent(QMouseEvent* event)
 {
     Q_ASSERT(m_RubberBand);
-    const QRect region = BandInImagePixels();
+    int top = 0;
+    int left = 0;
+    int width = 0;
+    int height = 0;
+    BandInImagePixels(top, left, width, height);
     // Cleared before the signal, so that its receivers find no drag running.
     m_Moving = false;
     m_ResizingLeft = false;
     m_ResizingRight = false;
     m_ResizingTop = false;
     m_ResizingBottom = false;
-    emit SendGeometry(region.top(), region.left(), region.width(), region.height());
+    emit SendGeometry(top, left, width, height);
 }
 
 void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
@@ -169,15 +192,23 @@ void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
             return;
         }
     }
-    const QRect region = BandInImagePixels();
-    emit UpdateGeometry(region.top(), region.left(), region.width(), region.height());
+    int top = 0;
+    int left = 0;
+    int width = 0;
+    int height = 0;
+    BandInImagePixels(top, left, width, height);
+    emit UpdateGeometry(top, left, width, height);
 }
 
 void RubberBandLabel::resizeEvent(QResizeEvent* event)
 {
     setPixmap(m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
-    if (m_RubberBand) {
+    // A resize while hidden reaches the next show with no old size to scale
+    // from; the stored region places the band at once then.
+    if (m_RubberBand && event->oldSize().isValid()) {
         m_RubberBand->setGeometry(EstimatedBand(event->size(), event->oldSize()));
+    } else {
+        PlaceStoredRegion();
     }
     // The estimate drifts; the exact placement waits until the size settles.
     QTimer::singleShot(ResizeSettleDelay, this, SLOT(UpdateGeometryAfterResize()));
@@ -191,11 +222,11 @@ void RubberBandLabel::showEvent(QShowEvent* event)
 
     m_RubberBand = new QRubberBand(QRubberBand::Rectangle, this);
     if (m_Top < 0) {
-        m_RubberBand->setGeometry(FromCorners(0, 0, width() - 1, heightForWidth(width() - 2) - 1));
+        m_RubberBand->setGeometry(BandRect(0, 0, width(), heightForWidth(width() - 2)));
     } else {
         const double scale = ScreenScale();
-        m_RubberBand->setGeometry(int(scale * m_Left + 0.5), int(scale * m_Top + 0.5),
-                                  int(scale * m_Width + 0.5), int(scale * m_Height + 0.5));
+        m_RubberBand->setGeometry(BandRect(Rounded(scale * m_Left), Rounded(scale * m_Top),
+                                           Rounded(scale * m_Width), Rounded(scale * m_Height)));
     }
 
     QColor bandColor = m_Color;
@@ -232,7 +263,7 @@ QBitmap RubberBandLabel::MaskOfTransparentPixels() const
 
 double RubberBandLabel::ScreenScale() const
 {
-    return double(GetFittedWidth()) / m_ImageWidth;
+    return Divide(GetFittedWidth(), m_ImageWidth);
 }
 
 void RubberBandLabel::PlaceStoredRegion()
@@ -240,12 +271,14 @@ void RubberBandLabel::PlaceStoredRegion()
     if (!m_RubberBand) {
         return;
     }
+    // Also a scale that is no number at all leaves the band where it is.
     const double scale = ScreenScale();
-    if (scale < 1e-05) {
+    if (!(scale >= 1e-05)) {
         return;
     }
-    m_RubberBand->setGeometry(int(m_Left * scale), int(m_Top * scale), int(m_Width * scale),
-                              int(m_Height * scale));
+    m_RubberBand->setGeometry(
+        BandRect(SaturatingCast<int>(m_Left * scale), SaturatingCast<int>(m_Top * scale),
+                 SaturatingCast<int>(m_Width * scale), SaturatingCast<int>(m_Height * scale)));
 }
 
 QRect RubberBandLabel::EstimatedBand(const QSize& newSize, const QSize& oldSize) const
@@ -264,24 +297,24 @@ QRect RubberBandLabel::EstimatedBand(const QSize& newSize, const QSize& oldSize)
     double ratioX;
     double ratioY;
     if (newSize.width() <= fitW) {
-        ratioY = double(oldSize.width()) / newSize.width();
+        ratioY = Divide(oldSize.width(), newSize.width());
         ratioX = ratioY;
     } else {
-        ratioY = double(oldSize.height()) / newSize.height();
+        ratioY = Divide(oldSize.height(), newSize.height());
         ratioX = newSize.height() > fitH ? 1.0 : ratioY;
     }
 
-    double sizeH = fullHeight ? fitH : band.height() / ratioY + 0.5;
-    double sizeW = fullWidth ? fitW : band.width() / ratioX + 0.5;
+    double sizeH = fullHeight ? fitH : Divide(band.height(), ratioY) + 0.5;
+    double sizeW = fullWidth ? fitW : Divide(band.width(), ratioX) + 0.5;
     if (sizeW + band.left() >= fitW) {
-        sizeW = fitW - band.left();
+        sizeW = double(fitW) - band.left();
     }
     if (sizeH + band.top() >= fitH) {
-        sizeH = fitH - band.top();
+        sizeH = double(fitH) - band.top();
     }
 
-    return QRect(int(band.left() / ratioX + 0.5), int(band.top() / ratioY + 0.5), int(sizeW),
-                 int(sizeH));
+    return BandRect(Rounded(Divide(band.left(), ratioX)), Rounded(Divide(band.top(), ratioY)),
+                    SaturatingCast<int>(sizeW), SaturatingCast<int>(sizeH));
 }
 
 QRect RubberBandLabel::DraggedBand(int x, int y) const
@@ -360,22 +393,22 @@ void RubberBandLabel::SetCursorForPosition(int x, int y)
     setCursor(shape);
 }
 
-QRect RubberBandLabel::BandInImagePixels() const
+void RubberBandLabel::BandInImagePixels(int& top, int& left, int& width, int& height) const
 {
     const QRect band = m_RubberBand->geometry();
-    const double factor = double(m_ImageWidth) / GetFittedWidth();
-    int top = int(factor * band.top() + 0.5);
-    int left = int(factor * band.left() + 0.5);
+    const double factor = Divide(m_ImageWidth, GetFittedWidth());
+    top = Rounded(factor * band.top());
+    left = Rounded(factor * band.left());
 
     // A pure move reports the size as it was last set, free of rounding.
-    int width = m_Width;
-    int height = m_Height;
+    width = m_Width;
+    height = m_Height;
     if (IsResizing()) {
-        width = int(factor * band.width() + 0.5);
-        height = int(factor * band.height() + 0.5);
+        width = Rounded(factor * band.width());
+        height = Rounded(factor * band.height());
     }
 
-    top = qMax(qMin(top, m_ImageHeight - height), 0);
-    left = qMax(qMin(left, m_ImageWidth - width), 0);
-    return QRect(left, top, width, height);
+    // In 64 bits, since the stored size may be any int.
+    top = int(qMax(qMin(qint64(top), qint64(m_ImageHeight) - height), qint64(0)));
+    left = int(qMax(qMin(qint64(left), qint64(m_ImageWidth) - width), qint64(0)));
 }

@@ -62,7 +62,8 @@ private:
     QRect EstimatedBand(const QSize& newSize, const QSize& oldSize) const;
     QRect DraggedBand(int x, int y) const;
     void SetCursorForPosition(int x, int y);
-    QRect BandInImagePixels() const;
+    // Not a QRect: the stored size may be any int, which QRect can't hold.
+    void BandInImagePixels(int& top, int& left, int& width, int& height) const;
 
     QRubberBand* m_RubberBand = nullptr;
     int m_DragOffsetX = 0;

@@ -3,6 +3,7 @@
 #include "FeatureManager.h"
 #include "QSpinBoxMouseEventfilter.h"
 #include "RegionAxis.h"
+#include "Saturating.h"
 #include "TabExtensionException.h"
 #include "rubberbandlabel.h"
 
@@ -29,7 +30,14 @@ quint64 TruncateToSize(double value)
     if (!std::isfinite(value)) {
         return 0;
     }
-    return quint64(qint64(value));
+    return quint64(SaturatingCast<qint64>(value));
+}
+
+// increment * (value / increment), which the reference size is made of. A
+// step of 0 makes it NaN, as the division would, without dividing by zero.
+double WholeSteps(double value, double increment)
+{
+    return increment * Divide(value, increment);
 }
 
 } // namespace
@@ -395,7 +403,7 @@ quint64 AutoROIWidget::GetROIWidth()
     double widthMin = 0.0;
     double widthMax = 0.0;
     const double width = m_FeatureManager->GetValueRange("Width", &widthMin, &widthMax);
-    return TruncateToSize(offsetMin + increment * (width / increment));
+    return TruncateToSize(offsetMin + WholeSteps(width, increment));
 }
 
 quint64 AutoROIWidget::GetROIHeight()
@@ -405,16 +413,24 @@ quint64 AutoROIWidget::GetROIHeight()
     }
     double heightMin = 0.0;
     double heightMax = 0.0;
-    const qint64 height = qint64(m_FeatureManager->GetValueRange("Height", &heightMin, &heightMax));
+    const qint64 height =
+        SaturatingCast<qint64>(m_FeatureManager->GetValueRange("Height", &heightMin, &heightMax));
     double offsetMin = 0.0;
     double offsetMax = 0.0;
     m_FeatureManager->GetValueRange("AutofunctionAOIOffsetX", &offsetMin, &offsetMax);
     const double increment = m_FeatureManager->GetIncrement("AutofunctionAOIHeight");
-    const qint32 step = qint32(increment);
-    // A step of 0 counts no whole steps, so only a height of 0 lies on its grid.
-    const qint64 remainder = step == 0 ? height : height % step;
+    const qint32 step = SaturatingCast<qint32>(increment);
+    // A step of 0 counts no whole steps, so only a height of 0 lies on its
+    // grid; every height lies on a grid of -1, also the lowest one, whose
+    // remainder the division itself can't give.
+    qint64 remainder = height;
+    if (step == -1) {
+        remainder = 0;
+    } else if (step != 0) {
+        remainder = height % step;
+    }
     const double reduce = remainder == 0 ? 0.0 : heightMin;
-    return TruncateToSize(offsetMin + increment * ((height - reduce) / increment));
+    return TruncateToSize(offsetMin + WholeSteps(double(height) - reduce, increment));
 }
 
 // The preview at the reference size, in its cell, reporting the geometry
@@ -467,22 +483,31 @@ void AutoROIWidget::LoadExposureAuto()
     }
     BlockControlSignals(false);
 
-    // The value is set while the spin box still shows no decimals, so a
-    // fractional limit is first rounded to a whole number.
-    auto loadLimit = [this](QDoubleSpinBox* spin, const QString& name) {
-        double minimum = 0.0;
-        double maximum = 0.0;
-        double increment = 1.0;
-        const double value = m_FeatureManager->GetValueRange(name, &minimum, &maximum, &increment);
+    // Both limits are read before either spin box is filled. The value is set
+    // while the spin box still shows no decimals, so a fractional limit is
+    // first rounded to a whole number.
+    struct Limit
+    {
+        double value, minimum, maximum, increment;
+    };
+    auto readLimit = [this](const QString& name) {
+        Limit limit = {0.0, 0.0, 0.0, 1.0};
+        limit.value =
+            m_FeatureManager->GetValueRange(name, &limit.minimum, &limit.maximum, &limit.increment);
+        return limit;
+    };
+    auto loadLimit = [this](QDoubleSpinBox* spin, const QString& name, const Limit& limit) {
         spin->blockSignals(true);
-        spin->setRange(minimum, maximum);
-        spin->setValue(value);
-        spin->setSingleStep(qMax(increment, 1.0));
+        spin->setRange(limit.minimum, limit.maximum);
+        spin->setValue(limit.value);
+        spin->setSingleStep(qMax(limit.increment, 1.0));
         spin->setDecimals(m_FeatureManager->IsFloat(name) ? 2 : 0);
         spin->blockSignals(false);
     };
-    loadLimit(m_SpinExpAutoMin, "ExposureAutoMin");
-    loadLimit(m_SpinExpAutoMax, "ExposureAutoMax");
+    const Limit lower = readLimit("ExposureAutoMin");
+    const Limit upper = readLimit("ExposureAutoMax");
+    loadLimit(m_SpinExpAutoMin, "ExposureAutoMin", lower);
+    loadLimit(m_SpinExpAutoMax, "ExposureAutoMax", upper);
 }
 
 void AutoROIWidget::LoadRegion()
@@ -540,7 +565,9 @@ void AutoROIWidget::LoadEdgeRegion()
     const double bottom = qMin(vertical.farEdge, roiHeight);
     const double left = qMin(horizontal.nearEdge, roiWidth);
     const double right = qMin(horizontal.farEdge, roiWidth);
-    m_RubberBandLabel->SetBandGeometry(int(top), int(left), int(right - left), int(bottom - top));
+    m_RubberBandLabel->SetBandGeometry(SaturatingCast<int>(top), SaturatingCast<int>(left),
+                                       SaturatingCast<int>(right - left),
+                                       SaturatingCast<int>(bottom - top));
 
     ui.gb_AutoROI->setEnabled(m_FeatureManager->IsWritable("DSPSubregionTop") &&
                               m_FeatureManager->IsWritable("DSPSubregionLeft") &&
@@ -611,9 +638,10 @@ void AutoROIWidget::PlaceOffsetBand(double top, double left, double width, doubl
 {
     const double roiHeight = double(m_ROIHeight);
     const double roiWidth = double(m_ROIWidth);
-    m_RubberBandLabel->SetBandGeometry(int(qMin(top, offsetY + roiHeight) - offsetY),
-                                       int(qMin(left, offsetX + roiWidth) - offsetX),
-                                       int(qMin(width, roiWidth)), int(qMin(height, roiHeight)));
+    m_RubberBandLabel->SetBandGeometry(
+        SaturatingCast<int>(qMin(top, offsetY + roiHeight) - offsetY),
+        SaturatingCast<int>(qMin(left, offsetX + roiWidth) - offsetX),
+        SaturatingCast<int>(qMin(width, roiWidth)), SaturatingCast<int>(qMin(height, roiHeight)));
 }
 
 void AutoROIWidget::LoadEnableState()
@@ -660,19 +688,22 @@ void AutoROIWidget::UpdatePreviewFromSpinBoxes()
     if (m_FeatureManager->HasFeature("DSPSubregionTop")) {
         const qint64 roiHeight = qint64(m_ROIHeight);
         const qint64 roiWidth = qint64(m_ROIWidth);
-        const qint64 bottom = qMin(qint64(m_SpinBottom->value()), roiHeight);
-        const qint64 right = qMin(qint64(m_SpinRight->value()), roiWidth);
-        const qint64 top = qMin(qMin(qint64(m_SpinTop->value()), roiHeight), bottom);
-        const qint64 left = qMin(qMin(qint64(m_SpinLeft->value()), roiWidth), right);
+        const qint64 bottom = qMin(SaturatingCast<qint64>(m_SpinBottom->value()), roiHeight);
+        const qint64 right = qMin(SaturatingCast<qint64>(m_SpinRight->value()), roiWidth);
+        const qint64 top =
+            qMin(qMin(SaturatingCast<qint64>(m_SpinTop->value()), roiHeight), bottom);
+        const qint64 left =
+            qMin(qMin(SaturatingCast<qint64>(m_SpinLeft->value()), roiWidth), right);
         m_RubberBandLabel->blockSignals(true);
-        m_RubberBandLabel->SetBandGeometry(int(top), int(left), int(right - left),
-                                           int(bottom - top));
+        m_RubberBandLabel->SetBandGeometry(SaturatingNarrow<int>(top), SaturatingNarrow<int>(left),
+                                           SaturatingNarrow<int>(SaturatingSub(right, left)),
+                                           SaturatingNarrow<int>(SaturatingSub(bottom, top)));
         m_RubberBandLabel->blockSignals(false);
     } else if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight")) {
-        const qint64 top = qint64(m_SpinTop->value());
-        const qint64 left = qint64(m_SpinLeft->value());
-        const qint64 width = qint64(m_SpinWidth->value());
-        const qint64 height = qint64(m_SpinHeight->value());
+        const qint64 top = SaturatingCast<qint64>(m_SpinTop->value());
+        const qint64 left = SaturatingCast<qint64>(m_SpinLeft->value());
+        const qint64 width = SaturatingCast<qint64>(m_SpinWidth->value());
+        const qint64 height = SaturatingCast<qint64>(m_SpinHeight->value());
         const int offsetX = ImageOffset(HorizontalAxis());
         const int offsetY = ImageOffset(VerticalAxis());
         // A camera without "AutofunctionAOIEnable" can't switch its region

@@ -10,6 +10,7 @@
 #include "QSpinBoxMouseEventfilter.h"
 #include "Qt4Compat.h"
 #include "RegionAxis.h"
+#include "Saturating.h"
 #include "rubberbandlabel.h"
 
 #include <QCoreApplication>
@@ -55,22 +56,24 @@ void AssertRange(double featureMin, double featureMax)
 
 // Raises value to the next point of the spin box's grid, counted from its
 // minimum; a value on the grid stays.
+// Worked in 64 bits, where no sum of such numbers overflows; a grid point
+// beyond the range of int is limited to it.
 int SnapUpToGrid(int value, const QDoubleSpinBox* spin)
 {
-    const int step = int(spin->singleStep());
-    const int minimum = int(spin->minimum());
-    const int difference = value - minimum;
-    const int base = step == 0 ? 0 : difference / step * step;
-    const int remainder = difference - base;
+    const qint64 step = SaturatingCast<int>(spin->singleStep());
+    const qint64 minimum = SaturatingCast<int>(spin->minimum());
+    const qint64 difference = value - minimum;
+    const qint64 base = step == 0 ? 0 : difference / step * step;
+    const qint64 remainder = difference - base;
     if (remainder == 0) {
         return value;
     }
-    return minimum + base + (remainder > 0 ? step : 0);
+    return SaturatingNarrow<int>(minimum + base + (remainder > 0 ? step : 0));
 }
 
 // Writes a pair of edges so that the near edge never passes the far one on
 // the camera: a pair that moves towards larger values goes far edge first.
-void WriteEdgePair(qint64 presentNear, qint64 presentFar, int nearEdge, int farEdge,
+void WriteEdgePair(qint64 presentNear, qint64 presentFar, qint64 nearEdge, qint64 farEdge,
                    const std::function<void(double)>& writeNear,
                    const std::function<void(double)>& writeFar)
 {
@@ -93,7 +96,7 @@ void WriteExposureLimit(FeatureManager* features, const char* limit, const QDoub
     const int decimals = spin->decimals();
     if (features->GetIncrement(limit) > 0.0 && decimals > 0) {
         const int scale = int(std::pow(10.0, decimals));
-        const float shifted = float(std::fma(double(scale), value, 0.5));
+        const float shifted = ToSinglePrecision(std::fma(double(scale), value, 0.5));
         value = double(shifted / float(scale));
     }
     features->SetValue(limit, value);
@@ -257,7 +260,9 @@ void AutoROIWidget::OnEnableStateChanged(int state)
     if (!m_FeatureManager->HasFeature("AutofunctionAOIEnable")) {
         return;
     }
-    QCoreApplication::processEvents();
+    if (!ProcessPendingEvents()) {
+        return;
+    }
     m_FeatureManager->SetValue("AutofunctionAOIEnable", state > 0 ? 1.0 : 0.0);
     QTimer::singleShot(RefreshDelay, this, SLOT(updateTimer()));
 }
@@ -361,7 +366,7 @@ int AutoROIWidget::ImageOffset(const RegionAxis& axis)
     if (!m_FeatureManager->HasFeature(axis.autoModeOffset)) {
         return 0;
     }
-    return int(m_FeatureManager->GetValue(axis.imageOffset));
+    return SaturatingCast<int>(m_FeatureManager->GetValue(axis.imageOffset));
 }
 
 void AutoROIWidget::UpdateSizeFromFeature(const RegionAxis& axis)
@@ -380,7 +385,7 @@ void AutoROIWidget::UpdateSizeFromFeature(const RegionAxis& axis)
             axis.autofunctionSize, axis.autoModeSize, &featureMin, &featureMax);
         AssertRange(featureMin, featureMax);
         axis.spinSize->setRange(featureMin, featureMax);
-        const qint64 size = qint64(value);
+        const qint64 size = SaturatingCast<qint64>(value);
         axis.spinSize->setValue(size);
 
         // An AutoMode camera narrows the permitted offset as the size grows.
@@ -390,8 +395,8 @@ void AutoROIWidget::UpdateSizeFromFeature(const RegionAxis& axis)
             m_FeatureManager->GetValueRange(axis.autoModeOffset, &offsetMin, &offsetMax);
             axis.spinOffset->setMaximum(offsetMax);
         }
-        const qint64 offset =
-            qint64(m_FeatureManager->GetValue(axis.autofunctionOffset, axis.autoModeOffset));
+        const qint64 offset = SaturatingCast<qint64>(
+            m_FeatureManager->GetValue(axis.autofunctionOffset, axis.autoModeOffset));
         axis.spinOffset->setValue(offset);
         const int imageOffset = ImageOffset(axis);
         CheckRegionSize(axis, double(size), double(offset), imageOffset);
@@ -412,7 +417,7 @@ void AutoROIWidget::UpdateOffsetFromFeature(const RegionAxis& axis)
 
         const double farEdge = axis.spinFarEdge->value();
         const double farForOrder =
-            axis.truncateFarEdgeInOrderCheck ? double(quint64(farEdge)) : farEdge;
+            axis.truncateFarEdgeInOrderCheck ? double(SaturatingCast<quint64>(farEdge)) : farEdge;
         ShowEdgeMessages(axis, offset, farForOrder, farEdge);
         UpdateSizeFromFeature(axis);
     } else if (m_FeatureManager->HasFeature(axis.autofunctionOffset, axis.autoModeOffset)) {
@@ -462,7 +467,7 @@ void AutoROIWidget::UpdateFarEdgeFromFeature(const RegionAxis& axis)
             m_FeatureManager->GetValueRange(axis.dspFarEdge, &featureMin, &featureMax);
         AssertRange(featureMin, featureMax);
         axis.spinFarEdge->setRange(featureMin, featureMax);
-        const qint64 farEdge = qint64(value);
+        const qint64 farEdge = SaturatingCast<qint64>(value);
         axis.spinFarEdge->setValue(farEdge);
 
         ShowEdgeMessages(axis, axis.spinOffset->value(), double(farEdge), double(farEdge));
@@ -536,23 +541,29 @@ void AutoROIWidget::OnSendGeometry(int top, int left, int width, int height)
     SetRegionSpinBoxes(top, left, width, height, offsetX, offsetY);
 
     if (m_FeatureManager->HasFeature("DSPSubregionTop")) {
-        const qint64 presentTop = qint64(m_FeatureManager->GetValue("DSPSubregionTop"));
-        const qint64 presentLeft = qint64(m_FeatureManager->GetValue("DSPSubregionLeft"));
-        const qint64 presentRight = qint64(m_FeatureManager->GetValue("DSPSubregionRight"));
-        const qint64 presentBottom = qint64(m_FeatureManager->GetValue("DSPSubregionBottom"));
+        const qint64 presentTop =
+            SaturatingCast<qint64>(m_FeatureManager->GetValue("DSPSubregionTop"));
+        const qint64 presentLeft =
+            SaturatingCast<qint64>(m_FeatureManager->GetValue("DSPSubregionLeft"));
+        const qint64 presentRight =
+            SaturatingCast<qint64>(m_FeatureManager->GetValue("DSPSubregionRight"));
+        const qint64 presentBottom =
+            SaturatingCast<qint64>(m_FeatureManager->GetValue("DSPSubregionBottom"));
         WriteEdgePair(
-            presentLeft, presentRight, left, left + width,
+            presentLeft, presentRight, left, qint64(left) + width,
             [this](double value) { OnSpinLeftValueChanged(value); },
             [this](double value) { OnSpinRightValueChanged(value); });
         WriteEdgePair(
-            presentTop, presentBottom, top, top + height,
+            presentTop, presentBottom, top, qint64(top) + height,
             [this](double value) { OnSpinTopValueChanged(value); },
             [this](double value) { OnSpinBottomValueChanged(value); });
     } else if (m_FeatureManager->HasFeature("AutofunctionAOIHeight", "AutoModeRegionHeight")) {
         left = SnapUpToGrid(left, m_SpinLeft);
         top = SnapUpToGrid(top, m_SpinTop);
-        const int roomHeight = int(m_ROIHeight) - top;
-        const int roomWidth = int(m_ROIWidth) - left;
+        const int roiHeight = int(m_ROIHeight);
+        const int roiWidth = int(m_ROIWidth);
+        const int roomHeight = SaturatingNarrow<int>(qint64(roiHeight) - top);
+        const int roomWidth = SaturatingNarrow<int>(qint64(roiWidth) - left);
         m_SpinHeight->setMaximum(roomHeight);
         m_SpinWidth->setMaximum(roomWidth);
         if (roomHeight < height) {
@@ -564,14 +575,16 @@ void AutoROIWidget::OnSendGeometry(int top, int left, int width, int height)
 
         // Between the offset and the size writes the camera can hold a new
         // offset with the old size; the size check keeps quiet meanwhile.
-        if (top < int(m_ROIHeight) && left < int(m_ROIWidth)) {
+        if (top < roiHeight && left < roiWidth) {
             m_TrustedUpdate = true;
         }
-        OnSpinLeftValueChanged(left + offsetX);
-        OnSpinTopValueChanged(top + offsetY);
+        OnSpinLeftValueChanged(double(left) + offsetX);
+        OnSpinTopValueChanged(double(top) + offsetY);
         OnSpinHeightValueChanged(height);
         OnSpinWidthValueChanged(width);
-        QCoreApplication::processEvents();
+        if (!ProcessPendingEvents()) {
+            return;
+        }
         QTimer::singleShot(TrustedUpdateWindow, this, SLOT(OnResetTrustedUpdate()));
     }
     StartUpdateTimer();
@@ -581,10 +594,11 @@ void AutoROIWidget::OnSendGeometry(int top, int left, int width, int height)
 void AutoROIWidget::SetRegionSpinBoxes(int top, int left, int width, int height, int offsetX,
                                        int offsetY)
 {
-    m_SpinTop->setValue(top + offsetY);
-    m_SpinLeft->setValue(left + offsetX);
-    m_SpinRight->setValue(left + width + offsetX);
-    m_SpinBottom->setValue(top + height + offsetY);
+    // Summed in double, which holds every sum of ints exactly.
+    m_SpinTop->setValue(double(top) + offsetY);
+    m_SpinLeft->setValue(double(left) + offsetX);
+    m_SpinRight->setValue(double(left) + width + offsetX);
+    m_SpinBottom->setValue(double(top) + height + offsetY);
     m_SpinWidth->setValue(width);
     m_SpinHeight->setValue(height);
 }
@@ -631,8 +645,8 @@ void AutoROIWidget::OnROIQuarter()
 void AutoROIWidget::SetCentredArea(double sideFactor)
 {
     SetFullArea();
-    const int width = int(m_ROIWidth * sideFactor);
-    const int height = int(m_ROIHeight * sideFactor);
+    const int width = SaturatingCast<int>(m_ROIWidth * sideFactor);
+    const int height = SaturatingCast<int>(m_ROIHeight * sideFactor);
     const int offsetX = ImageOffset(HorizontalAxis());
     const int offsetY = ImageOffset(VerticalAxis());
     const double left = offsetX + (double(m_ROIWidth) - width) * 0.5;
@@ -662,9 +676,15 @@ void AutoROIWidget::OnSpinExpAutoMaxChanged(double value)
 
 void AutoROIWidget::OnExpAutoTimebaseChanged(QString value)
 {
-    // Only ASCII reaches the camera.
-    m_FeatureManager->SetValue("ExposureAutoTimebase",
-                               Qt4Compat::FromAscii(Qt4Compat::ToAscii(value)));
+    // Only ASCII reaches the camera: ToAscii keeps Latin-1, so the rest of
+    // the upper half goes the way of every other character it can't encode.
+    QByteArray ascii = Qt4Compat::ToAscii(value);
+    for (char& byte : ascii) {
+        if (static_cast<unsigned char>(byte) > 0x7f) {
+            byte = '?';
+        }
+    }
+    m_FeatureManager->SetValue("ExposureAutoTimebase", Qt4Compat::FromAscii(ascii));
 }
 
 void AutoROIWidget::OnBtnExpAutoMinCurrentClicked()

@@ -23,7 +23,15 @@ target_compile_definitions(tab_build_options INTERFACE
 # The link flags reach every executable, library and the plug-in that links
 # this target, so that each loads the sanitizer runtime it was compiled for.
 if(TAB_SANITIZE)
+    # GCC leaves the float checks out of "undefined"; they are asked for by name.
     target_compile_options(tab_build_options INTERFACE
-        -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
-    target_link_options(tab_build_options INTERFACE -fsanitize=address,undefined)
+        -fsanitize=address,undefined,float-cast-overflow,float-divide-by-zero
+        -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(tab_build_options INTERFACE
+        -fsanitize=address,undefined,float-cast-overflow,float-divide-by-zero)
+endif()
+
+if(TAB_SANITIZE_THREAD)
+    target_compile_options(tab_build_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(tab_build_options INTERFACE -fsanitize=thread)
 endif()

@@ -58,11 +58,18 @@ bool WaitFor(const std::function<bool()>& done, int milliseconds)
     return true;
 }
 
-EditorTab::EditorTab(std::unique_ptr<Camera> made)
+EditorTab::EditorTab(std::unique_ptr<Camera> made,
+                     const std::function<FeaturePtr(const FeaturePtr&)>& wrap)
     : device(std::move(made)), camera(static_cast<Camera*>(device.get())),
       settle([this] { camera->WaitForNotifications(); })
 {
-    widget = new AutoROIWidget(MakeFeatureVector(*device), &page);
+    QSharedPointer<FeatureVector> features = MakeFeatureVector(*device);
+    if (wrap) {
+        for (FeaturePtr& feature : *features) {
+            feature = wrap(feature);
+        }
+    }
+    widget = new AutoROIWidget(features, &page);
     QVBoxLayout* layout = new QVBoxLayout;
     layout->addWidget(widget);
     page.setLayout(layout);

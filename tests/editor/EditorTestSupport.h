@@ -46,7 +46,10 @@ bool WaitFor(const std::function<bool()>& done, int milliseconds = 3000);
 // The editor as the host holds it, in a page of its own.
 struct EditorTab
 {
-    explicit EditorTab(std::unique_ptr<KST::TrkAPI::Sim::Camera> made);
+    // The host's list holds the camera's features, each passed through wrap
+    // if given.
+    explicit EditorTab(std::unique_ptr<KST::TrkAPI::Sim::Camera> made,
+                       const std::function<FeaturePtr(const FeaturePtr&)>& wrap = nullptr);
     // Over a camera of any backend; settle returns once the camera has
     // delivered the notifications of its changes so far.
     EditorTab(std::unique_ptr<KST::TrkAPI::Device> opened, const std::function<void()>& settle);

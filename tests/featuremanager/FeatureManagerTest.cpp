@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 using KST::TrkAPI::Sim::Camera;
@@ -178,6 +179,7 @@ TEST(FeatureManager, NumericWritesAlignClampReadBackAndLogTheirErrors)
     camera.AddEnum("Mode", {"Off", "On"}, "On");
     camera.AddInteger("Height", 480, 1, 960);
     camera.SetWritable("Height", false);
+    camera.AddInteger("Counter", 5, 0, std::numeric_limits<long long>::max());
     FeatureManager fm(MakeFeatureVector(camera));
     camera.ResetCalls();
 
@@ -195,6 +197,12 @@ TEST(FeatureManager, NumericWritesAlignClampReadBackAndLogTheirErrors)
     EXPECT_EQ(3.0, fm.SetValue("Mode", 3));
     EXPECT_EQ(0, camera.Calls("Mode", Op::SetValue));
     EXPECT_EQ(7.0, fm.SetValue("Missing", 7));
+
+    // A maximum at the top of the integer range, whose double is just past
+    // it, limits to the largest integer; a request that is no number writes 0.
+    fm.SetValue("Counter", 1e30);
+    EXPECT_EQ(std::numeric_limits<long long>::max(), camera.IntValue("Counter"));
+    EXPECT_EQ(0.0, fm.SetValue("Counter", std::numeric_limits<double>::quiet_NaN()));
 
     // The same value again is written again.
     camera.ResetCalls();

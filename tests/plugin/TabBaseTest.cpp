@@ -119,6 +119,31 @@ TEST(TabBase, ObserverBridgeGivesEveryTypeItsTextForm)
     camera->SetFailure("Mode", Op::GetValue);
     observer.FeatureChanged(FeaturePtr());
     EXPECT_EQ(notify({"Flag", "Label", "Blob", "Mode"}), QStringList({"Flag=false", "Mode="}));
+
+    // That text is empty, not null, for every type.
+    camera->SetFailure("Width", Op::GetValue);
+    camera->SetFailure("Gain", Op::GetValue);
+    camera->SetFailure("Flag", Op::GetValue);
+    QStringList texts;
+    QObject::connect(&observer, &PluginFeatureObserver::setChangedFeature,
+                     [&texts](QString, QString value) { texts << value; });
+    notify({"Width", "Gain", "Flag", "Mode"});
+    for (const QString& text : texts) {
+        EXPECT_TRUE(text.isEmpty());
+        EXPECT_FALSE(text.isNull());
+    }
+}
+
+TEST(TabBase, ObserverPassesSkipAnEmptyPointerInTheHostsList)
+{
+    std::unique_ptr<Camera> camera = MakeCamera();
+    QSharedPointer<FeatureVector> features = MakeFeatureVector(*camera);
+    features->insert(1, FeaturePtr());
+    ProbeTab tab(features, camera.get());
+    EXPECT_EQ(camera->ObserverCount("Gain"), 1);
+    EXPECT_EQ(camera->ObserverCount("Height"), 1);
+    tab.UnregisterObservers();
+    EXPECT_EQ(camera->ObserverCount("Gain"), 0);
 }
 
 TEST(TabBase, TickHandsOnQueuedNamesWithObserversOffAndForgetsThem)

@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+
 namespace {
 
 QRect Corners(int x1, int y1, int x2, int y2)
@@ -245,4 +247,37 @@ TEST(RubberBandLabel, HoverSurvivesWhatRunsWhileItWaits)
                       Qt::NoModifier);
     QCoreApplication::sendEvent(label, &hover);
     EXPECT_TRUE(label.isNull());
+}
+
+TEST(RubberBandLabel, ExtremeAndEmptyGeometryStaysDefined)
+{
+    // A region of extreme numbers keeps its corners to widget coordinates and
+    // reports its stored size as it is.
+    Preview wide(1000, 500, 300, 300);
+    wide.label.SetBandGeometry(INT_MIN, INT_MAX, INT_MAX, INT_MIN);
+    EXPECT_EQ(Corners(QWIDGETSIZE_MAX, -QWIDGETSIZE_MAX, QWIDGETSIZE_MAX, -QWIDGETSIZE_MAX),
+              wide.Band());
+    wide.Mouse(QEvent::MouseButtonRelease, 5, 5);
+    EXPECT_EQ("Send(0,0,2147483647,-2147483648)", wide.TakeLog());
+
+    // A reference size of nothing has no scale: placing the band does
+    // nothing, and the numbers come out as 0.
+    Preview empty(0, 0, 300, 300, QRect());
+    empty.label.resize(200, 200);
+    Wait(250);
+    const QRect estimated = empty.Band();
+    empty.label.SetBandGeometry(1, 1, 1, 1);
+    EXPECT_EQ(estimated, empty.Band());
+    empty.Mouse(QEvent::MouseButtonRelease, 5, 5);
+    EXPECT_EQ("Send(0,0,1,1)", empty.TakeLog());
+}
+
+TEST(RubberBandLabel, ResizedWhileHiddenShowsThePlacedBandAtOnce)
+{
+    UnitPreview preview;
+    preview.label.hide();
+    preview.label.resize(600, 600);
+    preview.label.show();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(Corners(20, 20, 101, 101), preview.Band());
 }

@@ -2,9 +2,45 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <new>
 #include <stdexcept>
 #include <thread>
 #include <vector>
+
+// Counts down the allocations of this test program; the one that finds the
+// count at 1 fails. 0 fails none.
+static int g_FailingAllocation = 0;
+
+void* operator new(std::size_t size)
+{
+    if (g_FailingAllocation > 0 && --g_FailingAllocation == 0) {
+        throw std::bad_alloc();
+    }
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+void operator delete(void* memory) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
 
 using KST::TrkAPI::dynamic_pointer_cast;
 using KST::TrkAPI::ref_count;
@@ -58,7 +94,8 @@ TEST(SharedPtrTest, CopiesAndCastsShareOneCounterAndTheLastReleaseDestroysOnce)
         // Empty pointers touch no counter, and assigning one releases.
         shared_ptr<Tracked> empty;
         shared_ptr<Tracked> emptyCopy(empty);
-        EXPECT_EQ(0, shared_ptr<Tracked>(static_cast<Tracked*>(nullptr)).use_count());
+        // A null object still gets its counter.
+        EXPECT_EQ(1, shared_ptr<Tracked>(static_cast<Tracked*>(nullptr)).use_count());
         EXPECT_FALSE(emptyCopy);
         copy = emptyCopy;
         other.reset();
@@ -124,3 +161,16 @@ TEST(SharedPtrTest, CopiesOnSeveralThreadsLoseNoCount)
 }
 
 } // namespace
+
+TEST(SharedPtrTest, AnObjectWhoseCounterCannotBeMadeIsDestroyedBeforeBadAllocLeaves)
+{
+    // The first allocation is the counter, the second its mutex.
+    for (int failing : {1, 2}) {
+        int destroyed = 0;
+        Tracked* object = new Tracked(&destroyed);
+        g_FailingAllocation = failing;
+        EXPECT_THROW(shared_ptr<Tracked> pointer(object), std::bad_alloc);
+        g_FailingAllocation = 0;
+        EXPECT_EQ(1, destroyed) << "allocation " << failing;
+    }
+}

@@ -80,17 +80,16 @@ class shared_ptr
 public:
     shared_ptr() : m_RefCount(nullptr), m_Object(nullptr) {}
 
+    // Also a null object gets a counter. If the counter or its mutex can't be
+    // made, the object is destroyed and std::bad_alloc leaves.
     explicit shared_ptr(T* object) : m_RefCount(nullptr), m_Object(nullptr)
     {
-        if (object == nullptr) {
-            return;
-        }
-        ref_count<T>* counter = new (std::nothrow) ref_count<T>(object);
-        if (counter == nullptr) {
+        try {
+            m_RefCount = new ref_count<T>(object);
+        } catch (...) {
             delete object;
             throw std::bad_alloc();
         }
-        m_RefCount = counter;
         m_Object = object;
     }
 

@@ -1,0 +1,428 @@
+#include "RandomSession.h"
+
+#include "AutoROIWidget.h"
+#include "HostileFeature.h"
+#include "TabExtensionException.h"
+#include "rubberbandlabel.h"
+
+#include <TarkaCPP/Sim/CameraRules.h>
+#include <TarkaCPP/Sim/ReadyMadeCameras.h>
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDoubleSpinBox>
+#include <QElapsedTimer>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QThread>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <unistd.h>
+
+#include <climits>
+#include <cstdio>
+#include <limits>
+
+using KST::TrkAPI::Sim::Camera;
+
+namespace {
+
+const std::vector<std::vector<std::string>> Families = {
+    {"DSPSubregionTop", "DSPSubregionLeft", "DSPSubregionRight", "DSPSubregionBottom"},
+    {"AutofunctionAOIOffsetX", "AutofunctionAOIOffsetY", "AutofunctionAOIWidth",
+     "AutofunctionAOIHeight", "AutofunctionAOIEnable", "AutofunctionAOIShowArea"},
+    {"AutoModeRegionOffsetX", "AutoModeRegionOffsetY", "AutoModeRegionWidth",
+     "AutoModeRegionHeight"}};
+const std::vector<std::string> ImageNames = {"Width", "Height", "OffsetX", "OffsetY"};
+const std::vector<std::string> ExposureNames = {"ExposureAutoMin", "ExposureAutoMax",
+                                                "ExposureAutoTimebase", "ExposureTime",
+                                                "ExposureTimeAbs"};
+const std::vector<std::string> TimebaseEntries = {"1us", "10us", "100us", "1000us"};
+
+const long long IntMin = std::numeric_limits<long long>::min();
+const long long IntMax = std::numeric_limits<long long>::max();
+const double Inf = std::numeric_limits<double>::infinity();
+const double NaN = std::numeric_limits<double>::quiet_NaN();
+
+const std::vector<long long> ExtremeInts = {IntMin,  IntMax,          -1, INT_MIN,
+                                            INT_MAX, (1LL << 53) + 1, 0};
+const std::vector<double> ExtremeFloats = {
+    NaN, Inf, -Inf, 1e300, -1e300, std::numeric_limits<double>::max(), 1e-310, -1.0};
+
+TrkFeatureDataType NaturalType(const std::string& name)
+{
+    if (name == "AutofunctionAOIEnable" || name == "AutofunctionAOIShowArea") {
+        return TrkFeatureDataBool;
+    }
+    if (name == "ExposureAutoTimebase") {
+        return TrkFeatureDataEnum;
+    }
+    if (name == "ExposureTime" || name == "ExposureTimeAbs" || name == "ExposureAutoMin") {
+        return TrkFeatureDataFloat;
+    }
+    return TrkFeatureDataInt;
+}
+
+// Leaves the test process on the assertion on unreadable region ranges, so
+// that the parent can count it apart from crashes.
+void ExitOnRangeAssertion(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    if (type == QtFatalMsg && message.contains("featureMin >= 0.0 && featureMin <= featureMax")) {
+        fflush(nullptr);
+        _exit(RandomSession::RangeAssertionExit);
+    }
+    if (type == QtFatalMsg) {
+        fprintf(stderr, "fatal: %s\n", qPrintable(message));
+    }
+}
+
+} // namespace
+
+RandomSession::RandomSession(std::uint64_t seed)
+    : m_Seed(seed), m_Random(std::make_shared<std::mt19937>(std::uint32_t(seed ^ (seed >> 32)))),
+      m_FailureRate(0.0), m_LieRate(0.0)
+{
+    const double failureRates[] = {0.0, 0.0, 0.0, 0.001, 0.01, 0.05};
+    const double lieRates[] = {0.0, 0.0, 0.05, 0.2};
+    m_FailureRate = failureRates[Pick(6)];
+    m_LieRate = lieRates[Pick(4)];
+}
+
+RandomSession::~RandomSession()
+{
+    delete m_Page.data();
+}
+
+int RandomSession::Pick(int count)
+{
+    return std::uniform_int_distribution<int>(0, count - 1)(*m_Random);
+}
+
+bool RandomSession::Chance(double probability)
+{
+    return std::uniform_real_distribution<double>(0.0, 1.0)(*m_Random) < probability;
+}
+
+void RandomSession::Run()
+{
+    BuildCamera();
+    m_Page = new QWidget;
+    m_Page->resize(200 + Pick(900), 200 + Pick(700));
+    try {
+        m_Tab = new AutoROIWidget(HostileFeatures(), m_Page);
+    } catch (const TENotSupported&) {
+        return;
+    }
+    qInstallMessageHandler(ExitOnRangeAssertion);
+    QVBoxLayout* layout = new QVBoxLayout;
+    layout->addWidget(m_Tab);
+    m_Page->setLayout(layout);
+    const int actions = 10 + Pick(50);
+    for (int action = 0; action < actions && m_Page; ++action) {
+        Act();
+    }
+    Wait(Pick(300));
+}
+
+void RandomSession::BuildCamera()
+{
+    if (Chance(0.15)) {
+        const std::vector<std::string> names = KST::TrkAPI::Sim::CameraNames();
+        m_Camera = KST::TrkAPI::Sim::MakeCamera(names[Pick(int(names.size()))]);
+        return;
+    }
+    m_Camera.reset(new Camera);
+    const int families = Chance(0.8) ? 1 : Pick(4);
+    for (int family = 0; family < families; ++family) {
+        for (const std::string& name : Families[Pick(3)]) {
+            if (Chance(0.9) && !m_Camera->Has(name)) {
+                AddFeature(name, NaturalType(name));
+            }
+        }
+    }
+    for (const std::vector<std::string>* group : {&ImageNames, &ExposureNames}) {
+        for (const std::string& name : *group) {
+            if (Chance(0.85)) {
+                AddFeature(name, NaturalType(name));
+            }
+        }
+    }
+    AddRules();
+}
+
+void RandomSession::AddFeature(const std::string& name, TrkFeatureDataType type)
+{
+    if (Chance(0.08)) {
+        type = TrkFeatureDataType(1 + Pick(7));
+    }
+    // Sane sizes stay small enough for the preview's full-size picture.
+    const long long extents[] = {0, 1, 8, 640, 1000, 2048, 4096};
+    const long long intSteps[] = {1, 1, 1, 2, 4, 8, 0};
+    const double floatSteps[] = {0.0, 0.001, 0.1, 1.0};
+    switch (type) {
+    case TrkFeatureDataInt: {
+        const long long min = Pick(17);
+        const long long max = min + extents[Pick(7)];
+        const long long step = intSteps[Pick(7)];
+        const long long span = (max - min) / (step > 0 ? step : 1);
+        m_Camera->AddInteger(name, min + (step > 0 ? step : 1) * Pick(int(span) + 1), min, max,
+                             step);
+        break;
+    }
+    case TrkFeatureDataFloat: {
+        const double min = Pick(11);
+        const double max = min + double(extents[Pick(7)]) * 10.0;
+        m_Camera->AddFloat(name, min + (max - min) * Pick(5) / 4.0, min, max, floatSteps[Pick(4)]);
+        break;
+    }
+    case TrkFeatureDataBool:
+        m_Camera->AddBool(name, Chance(0.5));
+        break;
+    case TrkFeatureDataEnum:
+        m_Camera->AddEnum(name, TimebaseEntries, TimebaseEntries[Pick(4)]);
+        break;
+    case TrkFeatureDataString:
+        m_Camera->AddString(name, Chance(0.5) ? "" : "text");
+        break;
+    case TrkFeatureDataCommand:
+        m_Camera->AddCommand(name);
+        break;
+    default:
+        m_Camera->AddRaw(name);
+        break;
+    }
+    m_Names.push_back(name);
+}
+
+// The camera's own dependencies, where the features they tie are integers.
+void RandomSession::AddRules()
+{
+    auto integers = [this](const std::vector<std::string>& names) {
+        for (const std::string& name : names) {
+            if (!m_Camera->Has(name)) {
+                return false;
+            }
+            try {
+                m_Camera->IntValue(name);
+            } catch (const std::invalid_argument&) {
+                return false;
+            }
+        }
+        return true;
+    };
+    if (!Chance(0.5)) {
+        return;
+    }
+    if (integers({"AutofunctionAOIOffsetX", "AutofunctionAOIWidth", "Width"})) {
+        m_Camera->AddRule(KST::TrkAPI::Sim::KeepInside("AutofunctionAOIOffsetX",
+                                                       "AutofunctionAOIWidth", "", "Width"));
+    }
+    if (integers({"AutoModeRegionOffsetY", "AutoModeRegionHeight", "OffsetY", "Height"})) {
+        m_Camera->AddRule(KST::TrkAPI::Sim::KeepInside(
+            "AutoModeRegionOffsetY", "AutoModeRegionHeight", "OffsetY", "Height"));
+    }
+    if (integers({"DSPSubregionLeft", "DSPSubregionRight", "Width"})) {
+        m_Camera->AddRule(
+            KST::TrkAPI::Sim::KeepEdgesApart("DSPSubregionLeft", "DSPSubregionRight", "Width", 1));
+    }
+}
+
+// The host's list: each feature behind a liar, now and then an empty pointer.
+QSharedPointer<FeatureVector> RandomSession::HostileFeatures()
+{
+    QSharedPointer<FeatureVector> features(new FeatureVector);
+    const bool withEmpty = Chance(0.2);
+    for (const FeaturePtr& real : m_Camera->Features()) {
+        HostileFeature::Lies lies;
+        if (Chance(m_LieRate)) {
+            switch (Pick(5)) {
+            case 0:
+                lies.unreadableName = true;
+                break;
+            case 1:
+                lies.replaceType = true;
+                lies.type = TrkFeatureDataType(Pick(8));
+                break;
+            case 2:
+                lies.replaceValue = true;
+                lies.intValue = ExtremeInts[Pick(int(ExtremeInts.size()))];
+                lies.floatValue = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
+                break;
+            case 3:
+                lies.replaceRange = true;
+                lies.intMin = ExtremeInts[Pick(int(ExtremeInts.size()))];
+                lies.intMax = ExtremeInts[Pick(int(ExtremeInts.size()))];
+                lies.floatMin = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
+                lies.floatMax = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
+                break;
+            default:
+                lies.replaceIncrement = true;
+                lies.intIncrement = ExtremeInts[Pick(int(ExtremeInts.size()))];
+                lies.floatIncrement = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
+                break;
+            }
+        }
+        if (withEmpty && Chance(0.2)) {
+            features->append(FeaturePtr());
+        }
+        features->append(FeaturePtr(new HostileFeature(real, lies, m_FailureRate, m_Random)));
+    }
+    return features;
+}
+
+template <typename T>
+T* RandomSession::AnyUsable()
+{
+    QList<T*> usable;
+    for (T* widget : m_Page->findChildren<T*>()) {
+        if (widget->isVisible() && widget->isEnabled()) {
+            usable << widget;
+        }
+    }
+    return usable.isEmpty() ? nullptr : usable[Pick(usable.size())];
+}
+
+void RandomSession::Act()
+{
+    switch (Pick(10)) {
+    case 0:
+        QMetaObject::invokeMethod(m_Tab, "updateTimer");
+        break;
+    case 1:
+        Wait(Chance(0.8) ? Pick(30) : Pick(400));
+        break;
+    case 2:
+        m_Page->setVisible(!m_Page->isVisible() || Chance(0.3));
+        break;
+    case 3:
+        m_Page->resize(Pick(1200), Pick(900));
+        break;
+    case 4:
+        QMetaObject::invokeMethod(m_Tab, "camIsStreaming", Q_ARG(bool, Chance(0.5)));
+        break;
+    case 5:
+        CameraChange();
+        break;
+    case 6:
+        // The host drops the page between two events, or asks for it to go
+        // from an event that the tab may deliver from inside its own work.
+        if (Chance(0.1)) {
+            QWidget* page = m_Page;
+            if (Chance(0.5)) {
+                delete page;
+            } else {
+                QTimer::singleShot(0, page, [page] { page->deleteLater(); });
+            }
+        }
+        break;
+    default:
+        UserAction();
+        break;
+    }
+}
+
+void RandomSession::UserAction()
+{
+    switch (Pick(5)) {
+    case 0:
+        Drag();
+        break;
+    case 1:
+        if (QDoubleSpinBox* spin = AnyUsable<QDoubleSpinBox>()) {
+            const double values[] = {spin->minimum(),
+                                     spin->maximum(),
+                                     spin->value() + 1,
+                                     spin->minimum() + (spin->maximum() - spin->minimum()) / 3,
+                                     double(Pick(5000)),
+                                     -1e300,
+                                     1e300};
+            spin->setValue(values[Pick(7)]);
+            if (Chance(0.5)) {
+                QMetaObject::invokeMethod(spin, "editingFinished");
+            }
+        }
+        break;
+    case 2:
+        if (QAbstractButton* button = AnyUsable<QAbstractButton>()) {
+            button->click();
+        }
+        break;
+    case 3:
+        if (QComboBox* combo = AnyUsable<QComboBox>()) {
+            if (combo->count() > 0) {
+                combo->setCurrentIndex(Pick(combo->count()));
+            }
+        }
+        break;
+    default:
+        Drag();
+        break;
+    }
+}
+
+// A hover, or a press, a few moves and a release, anywhere on or off the
+// preview; the editor may replace the preview in the middle of it.
+void RandomSession::Drag()
+{
+    QPointer<RubberBandLabel> preview = AnyUsable<RubberBandLabel>();
+    if (!preview) {
+        return;
+    }
+    auto at = [this, &preview] {
+        if (!preview) {
+            return QPoint();
+        }
+        return QPoint(Pick(preview->width() + 20) - 10, Pick(preview->height() + 20) - 10);
+    };
+    auto send = [&preview](QEvent::Type type, const QPoint& position) {
+        if (!preview) {
+            return;
+        }
+        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        const Qt::MouseButtons held =
+            type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, position, button, held, Qt::NoModifier);
+        QCoreApplication::sendEvent(preview, &event);
+    };
+    send(QEvent::MouseMove, at());
+    if (Chance(0.3)) {
+        return;
+    }
+    send(QEvent::MouseButtonPress, at());
+    for (int move = Pick(5); move > 0; --move) {
+        send(QEvent::MouseMove, at());
+    }
+    send(QEvent::MouseButtonRelease, at());
+}
+
+// The camera changes a value by itself; the notification comes from the
+// library's thread.
+void RandomSession::CameraChange()
+{
+    if (m_Names.empty()) {
+        return;
+    }
+    const std::string& name = m_Names[Pick(int(m_Names.size()))];
+    try {
+        if (Chance(0.2)) {
+            m_Camera->SetWritable(name, Chance(0.7));
+        } else {
+            m_Camera->SetFromCamera(name, Pick(3000));
+        }
+    } catch (const std::invalid_argument&) {
+        // Not a number on this camera.
+    }
+}
+
+void RandomSession::Wait(int milliseconds)
+{
+    QElapsedTimer clock;
+    clock.start();
+    do {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        QThread::msleep(1);
+    } while (clock.elapsed() < milliseconds);
+}

@@ -1,0 +1,64 @@
+#ifndef RANDOMSESSION_H
+#define RANDOMSESSION_H
+
+#include "FeatureTypes.h"
+
+#include <TarkaCPP/Sim/SimCamera.h>
+
+#include <QPointer>
+#include <QSharedPointer>
+#include <QWidget>
+
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+class AutoROIWidget;
+
+// One randomized life of the editor, replayable from its seed: a camera made
+// of a random choice of the families' features, some of them lying about
+// their name, type, value, range or increment and failing at random, behind
+// a host page that is shown, hidden, resized and deleted while the user drags,
+// edits, clicks and the camera changes on its own thread.
+//
+// Needs a QApplication. Ends normally or on a failed assertion.
+class RandomSession
+{
+public:
+    // The exit status of a session that ended on the range assertion.
+    static const int RangeAssertionExit = 3;
+
+    explicit RandomSession(std::uint64_t seed);
+    ~RandomSession();
+
+    void Run();
+
+private:
+    void BuildCamera();
+    void AddFeature(const std::string& name, TrkFeatureDataType type);
+    QSharedPointer<FeatureVector> HostileFeatures();
+    void AddRules();
+    void Act();
+    void UserAction();
+    void Drag();
+    void CameraChange();
+    void Wait(int milliseconds);
+
+    int Pick(int count);
+    bool Chance(double probability);
+    template <typename T>
+    T* AnyUsable();
+
+    std::uint64_t m_Seed;
+    std::shared_ptr<std::mt19937> m_Random;
+    double m_FailureRate;
+    double m_LieRate;
+    std::unique_ptr<KST::TrkAPI::Sim::Camera> m_Camera;
+    std::vector<std::string> m_Names;
+    QPointer<QWidget> m_Page;
+    QPointer<AutoROIWidget> m_Tab;
+};
+
+#endif
