@@ -31,8 +31,7 @@ public:
     // "AcquisitionStop"); an empty handler takes none. Returns only after a
     // call of the previous handler still running has finished, so its owner
     // may be destroyed then; called from inside a handler it doesn't wait.
-    // A camera that delivers no frames ignores the handler.
-    virtual void SetFrameHandler(const FrameHandler& handler) { static_cast<void>(handler); }
+    virtual void SetFrameHandler(const FrameHandler& handler) = 0;
 };
 
 } // namespace TrkAPI

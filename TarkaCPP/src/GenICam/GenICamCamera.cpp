@@ -1,6 +1,7 @@
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
 #include "../FrameDispatch.h"
+#include "../ObserverCalls.h"
 #include "Connection.h"
 #include "GenICamFeature.h"
 #include "ImageStream.h"
@@ -242,23 +243,8 @@ void Camera::Deliver(std::unique_lock<std::mutex>& lock)
     Notification notification = std::move(connection.m_Queue.front());
     connection.m_Queue.pop_front();
     FeaturePtr feature = m_Features[notification.index];
-    for (const IFeatureObserverPtr& observer : notification.observers) {
-        const std::vector<IFeatureObserverPtr>& current =
-            connection.m_Observers[notification.index];
-        if (std::find(current.begin(), current.end(), observer) == current.end()) {
-            continue;
-        }
-        connection.m_Delivering = observer.get();
-        lock.unlock();
-        try {
-            observer->FeatureChanged(feature);
-        } catch (...) {
-            // An observer's fault must not stop the notifications of others.
-        }
-        lock.lock();
-        connection.m_Delivering = nullptr;
-        connection.m_Signal.notify_all();
-    }
+    CallObservers(lock, connection.m_Signal, connection.m_Delivering, notification.observers,
+                  connection.m_Observers[notification.index], feature);
     // The last references may go here; never under the lock.
     lock.unlock();
     feature.reset();

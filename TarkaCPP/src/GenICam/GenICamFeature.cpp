@@ -1,5 +1,6 @@
 #include "GenICamFeature.h"
 
+#include "../FeatureValues.h"
 #include "Connection.h"
 #include "NodeAccess.h"
 
@@ -12,38 +13,6 @@ namespace TrkAPI {
 namespace GenICam {
 
 namespace {
-
-// Text goes out with its terminating zero; empty text has size zero.
-TrkErrorType CopyText(const std::string& text, char* buffer, unsigned int& length)
-{
-    unsigned int needed = text.empty() ? 0 : static_cast<unsigned int>(text.size() + 1);
-    if (buffer == nullptr) {
-        length = needed;
-        return Success;
-    }
-    if (length < needed) {
-        return ErrorBufferTooSmall;
-    }
-    std::memcpy(buffer, text.c_str(), needed);
-    length = needed;
-    return Success;
-}
-
-// A tiny tolerance admits the values that a caller's own floating alignment
-// leaves a hair off the grid.
-bool IsOnGrid(double min, double increment, double value)
-{
-    if (increment <= 0.0) {
-        return true;
-    }
-    double steps = (value - min) / increment;
-    return std::fabs(steps - std::round(steps)) <= 1e-6;
-}
-
-bool IsOnGrid(gint64 min, gint64 increment, gint64 value)
-{
-    return increment <= 0 || (value - min) % increment == 0;
-}
 
 template <class T, class Range>
 TrkErrorType CheckNumber(const Range& range, T value)
@@ -117,17 +86,17 @@ TrkErrorType GenICamFeature::Write(TrkFeatureDataType type, Check check, Store s
 
 TrkErrorType GenICamFeature::GetName(char* buffer, unsigned int& length) const
 {
-    return CopyText(Info().name, buffer, length);
+    return CopyText(Info().name, buffer, length, ErrorBufferTooSmall);
 }
 
 TrkErrorType GenICamFeature::GetDisplayName(char* buffer, unsigned int& length) const
 {
-    return CopyText(Info().displayName, buffer, length);
+    return CopyText(Info().displayName, buffer, length, ErrorBufferTooSmall);
 }
 
 TrkErrorType GenICamFeature::GetCategory(char* buffer, unsigned int& length) const
 {
-    return CopyText(Info().category, buffer, length);
+    return CopyText(Info().category, buffer, length, ErrorBufferTooSmall);
 }
 
 TrkErrorType GenICamFeature::GetDataType(TrkFeatureDataType& type) const
@@ -175,7 +144,8 @@ TrkErrorType GenICamFeature::GetValue(char* buffer, unsigned int& length) const
             Info().type == TrkFeatureDataEnum
                 ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(Info().node), error)
                 : arv_gc_string_get_value(ARV_GC_STRING(Info().node), error);
-        return *error == nullptr ? CopyText(text ? text : "", buffer, length) : ErrorDevice;
+        return *error == nullptr ? CopyText(text ? text : "", buffer, length, ErrorBufferTooSmall)
+                                 : ErrorDevice;
     });
 }
 

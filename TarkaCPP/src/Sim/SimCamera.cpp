@@ -1,6 +1,7 @@
 #include <TarkaCPP/Sim/SimCamera.h>
 
 #include "../FrameDispatch.h"
+#include "../ObserverCalls.h"
 #include "CameraState.h"
 #include "SimFeature.h"
 
@@ -12,30 +13,6 @@ namespace TrkAPI {
 namespace Sim {
 
 namespace {
-
-// Calls the observers of a notification that are still registered, without
-// the lock, and marks each call so that unregistering can wait for it.
-void Deliver(CameraState& state, std::unique_lock<std::mutex>& lock, const FeaturePtr& feature,
-             const Notification& notification)
-{
-    for (const IFeatureObserverPtr& observer : notification.observers) {
-        const std::vector<IFeatureObserverPtr>& current =
-            state.m_Entries[notification.index]->observers;
-        if (std::find(current.begin(), current.end(), observer) == current.end()) {
-            continue;
-        }
-        state.m_Delivering = observer.get();
-        lock.unlock();
-        try {
-            observer->FeatureChanged(feature);
-        } catch (...) {
-            // An observer's fault must not stop the notifications of others.
-        }
-        lock.lock();
-        state.m_Delivering = nullptr;
-        state.m_Signal.notify_all();
-    }
-}
 
 void RunDueActions(CameraState& state)
 {
@@ -102,7 +79,8 @@ void Camera::RunNotifier()
         Notification notification = std::move(state.m_Queue.front());
         state.m_Queue.pop_front();
         FeaturePtr feature = m_Features[notification.index];
-        Deliver(state, lock, feature, notification);
+        CallObservers(lock, state.m_Signal, state.m_Delivering, notification.observers,
+                      state.m_Entries[notification.index]->observers, feature);
         ++state.m_Delivered;
         state.m_Signal.notify_all();
         // The last references may go here; never under the lock.

@@ -1,5 +1,6 @@
 #include "SimFeature.h"
 
+#include "../FeatureValues.h"
 #include "CameraState.h"
 
 #include <algorithm>
@@ -11,22 +12,6 @@ namespace TrkAPI {
 namespace Sim {
 
 namespace {
-
-// Text goes out with its terminating zero; empty text has size zero.
-TrkErrorType CopyText(const std::string& text, char* buffer, unsigned int& length)
-{
-    unsigned int needed = text.empty() ? 0 : static_cast<unsigned int>(text.size() + 1);
-    if (buffer == nullptr) {
-        length = needed;
-        return Success;
-    }
-    if (length < needed) {
-        return ErrorBufferTooSmall;
-    }
-    std::memcpy(buffer, text.c_str(), needed);
-    length = needed;
-    return Success;
-}
 
 TrkErrorType CheckType(const FeatureEntry& entry, TrkFeatureDataType type)
 {
@@ -43,22 +28,6 @@ bool HasEntry(const FeatureEntry& entry, const std::string& name)
     return std::find(entry.entries.begin(), entry.entries.end(), name) != entry.entries.end();
 }
 
-bool IsOnGrid(const Number<long long>& number, long long value)
-{
-    return number.increment <= 0 || (value - number.min) % number.increment == 0;
-}
-
-// A tiny tolerance admits the values that a caller's own floating alignment
-// leaves a hair off the grid.
-bool IsOnGrid(const Number<double>& number, double value)
-{
-    if (number.increment <= 0.0) {
-        return true;
-    }
-    double steps = (value - number.min) / number.increment;
-    return std::fabs(steps - std::round(steps)) <= 1e-6;
-}
-
 template <class T>
 TrkErrorType CheckNumber(const FeatureEntry& entry, TrkFeatureDataType type,
                          const Number<T>& number, T value)
@@ -69,7 +38,7 @@ TrkErrorType CheckNumber(const FeatureEntry& entry, TrkFeatureDataType type,
     if (!(value >= number.min && value <= number.max)) {
         return ErrorOutOfRange;
     }
-    return IsOnGrid(number, value) ? Success : ErrorOffGrid;
+    return IsOnGrid(number.min, number.increment, value) ? Success : ErrorOffGrid;
 }
 
 // Reading a step of 0 or less fails: the feature has none.
@@ -116,24 +85,24 @@ TrkErrorType SimFeature::Query(Op op, Read read) const
 TrkErrorType SimFeature::GetName(char* buffer, unsigned int& length) const
 {
     if (!m_State->HooksActive()) {
-        return CopyText(m_Entry.name, buffer, length);
+        return CopyText(m_Entry.name, buffer, length, ErrorBufferTooSmall);
     }
     return Query(Op::GetName, [&](const FeatureEntry& entry) -> TrkErrorType {
-        return CopyText(entry.name, buffer, length);
+        return CopyText(entry.name, buffer, length, ErrorBufferTooSmall);
     });
 }
 
 TrkErrorType SimFeature::GetDisplayName(char* buffer, unsigned int& length) const
 {
     return Query(Op::GetDisplayName, [&](const FeatureEntry& entry) -> TrkErrorType {
-        return CopyText(entry.displayName, buffer, length);
+        return CopyText(entry.displayName, buffer, length, ErrorBufferTooSmall);
     });
 }
 
 TrkErrorType SimFeature::GetCategory(char* buffer, unsigned int& length) const
 {
     return Query(Op::GetCategory, [&](const FeatureEntry& entry) -> TrkErrorType {
-        return CopyText(entry.category, buffer, length);
+        return CopyText(entry.category, buffer, length, ErrorBufferTooSmall);
     });
 }
 
@@ -180,7 +149,8 @@ TrkErrorType SimFeature::GetValue(bool& value) const
 TrkErrorType SimFeature::GetValue(char* buffer, unsigned int& length) const
 {
     return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
-        return IsText(entry) ? CopyText(entry.text, buffer, length) : ErrorWrongType;
+        return IsText(entry) ? CopyText(entry.text, buffer, length, ErrorBufferTooSmall)
+                             : ErrorWrongType;
     });
 }
 
