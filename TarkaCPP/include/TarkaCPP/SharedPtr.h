@@ -80,8 +80,8 @@ class shared_ptr
 public:
     shared_ptr() : m_RefCount(nullptr), m_Object(nullptr) {}
 
-    // Also a null object gets a counter. If the counter or its mutex can't be
-    // made, the object is destroyed and std::bad_alloc leaves.
+    // Also a null object gets a counter. If the counter can't be made, the
+    // object is destroyed and std::bad_alloc leaves.
     explicit shared_ptr(T* object) : m_RefCount(nullptr), m_Object(nullptr)
     {
         try {
