@@ -30,32 +30,30 @@ const Rect BrightSpot = {2 * Tile + 16, 2 * Tile + 16, 160, 160};
 const Rect DarkSpot = {3 * Tile + 16, 2 * Tile + 16, 160, 160};
 
 // Keeps the last frame and counts them all.
-class FrameCatcher
+struct FrameCatcher
 {
-public:
     FrameHandler Handler()
     {
         return [this](const FramePtr& frame) {
-            std::lock_guard<std::mutex> lock(m_Lock);
-            m_Last = frame;
-            ++m_Count;
+            std::lock_guard<std::mutex> guard(lock);
+            last = frame;
+            ++count;
         };
     }
     FramePtr Last()
     {
-        std::lock_guard<std::mutex> lock(m_Lock);
-        return m_Last;
+        std::lock_guard<std::mutex> guard(lock);
+        return last;
     }
     int Count()
     {
-        std::lock_guard<std::mutex> lock(m_Lock);
-        return m_Count;
+        std::lock_guard<std::mutex> guard(lock);
+        return count;
     }
 
-private:
-    std::mutex m_Lock;
-    FramePtr m_Last;
-    int m_Count = 0;
+    std::mutex lock;
+    FramePtr last;
+    int count = 0;
 };
 
 // Writes the region in the family's own terms, from the image's corner on so
@@ -63,28 +61,18 @@ private:
 // sensor.
 void PlaceRegion(Camera& camera, const std::string& family, const Rect& r, int imageX = 0)
 {
-    if (family == "autofunction") {
-        camera.SetFromCamera("AutofunctionAOIOffsetX", 0);
-        camera.SetFromCamera("AutofunctionAOIOffsetY", 0);
-        camera.SetFromCamera("AutofunctionAOIWidth", r.width);
-        camera.SetFromCamera("AutofunctionAOIHeight", r.height);
-        camera.SetFromCamera("AutofunctionAOIOffsetX", r.x);
-        camera.SetFromCamera("AutofunctionAOIOffsetY", r.y);
-    } else if (family == "automode") {
-        camera.SetFromCamera("AutoModeRegionOffsetX", imageX);
-        camera.SetFromCamera("AutoModeRegionOffsetY", 0);
-        camera.SetFromCamera("AutoModeRegionWidth", r.width);
-        camera.SetFromCamera("AutoModeRegionHeight", r.height);
-        camera.SetFromCamera("AutoModeRegionOffsetX", r.x + imageX);
-        camera.SetFromCamera("AutoModeRegionOffsetY", r.y);
-    } else {
-        camera.SetFromCamera("DSPSubregionLeft", 0);
-        camera.SetFromCamera("DSPSubregionTop", 0);
-        camera.SetFromCamera("DSPSubregionRight", r.x + r.width);
-        camera.SetFromCamera("DSPSubregionBottom", r.y + r.height);
-        camera.SetFromCamera("DSPSubregionLeft", r.x);
-        camera.SetFromCamera("DSPSubregionTop", r.y);
-    }
+    const bool edges = family == "dsp";
+    const std::string prefix = edges                      ? "DSPSubregion"
+                               : family == "autofunction" ? "AutofunctionAOI"
+                                                          : "AutoModeRegion";
+    const std::string x = prefix + (edges ? "Left" : "OffsetX");
+    const std::string y = prefix + (edges ? "Top" : "OffsetY");
+    camera.SetFromCamera(x, imageX);
+    camera.SetFromCamera(y, 0);
+    camera.SetFromCamera(prefix + (edges ? "Right" : "Width"), r.width + (edges ? r.x : 0));
+    camera.SetFromCamera(prefix + (edges ? "Bottom" : "Height"), r.height + (edges ? r.y : 0));
+    camera.SetFromCamera(x, r.x + imageX);
+    camera.SetFromCamera(y, r.y);
 }
 
 std::string ExposureName(const Camera& camera)
@@ -181,7 +169,7 @@ TEST(CameraFramesTest, FramesComeWhileAcquiringInTheImageFormat)
     EXPECT_EQ(count, catcher.Count());
 }
 
-TEST(CameraFramesTest, TheFrameThreadStopsWithAcquisitionAndHandlerChangesWaitForCalls)
+TEST(CameraFramesTest, AHandlerChangeWaitsForTheCallInProgress)
 {
     std::unique_ptr<Camera> camera = MakeCamera("dsp");
     camera->Find("Width")->SetValue(256LL);
@@ -206,14 +194,6 @@ TEST(CameraFramesTest, TheFrameThreadStopsWithAcquisitionAndHandlerChangesWaitFo
     }
     camera->SetFrameHandler(FrameHandler());
     EXPECT_FALSE(inside);
-
-    FrameCatcher catcher;
-    camera->SetFrameHandler(catcher.Handler());
-    camera->Find("AcquisitionStop")->RunCommand();
-    // A frame already made when the command came may still arrive.
-    int stopped = catcher.Count();
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    EXPECT_LE(catcher.Count(), stopped + 1);
 }
 
 TEST(CameraFramesTest, AutoExposureSettlesOnTheRegionOfEachFamily)
