@@ -13,10 +13,9 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDoubleSpinBox>
-#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QMouseEvent>
 #include <QPushButton>
-#include <QThread>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -83,7 +82,7 @@ void ExitOnRangeAssertion(QtMsgType type, const QMessageLogContext&, const QStri
 
 RandomSession::RandomSession(std::uint64_t seed)
     : m_Seed(seed), m_Random(std::make_shared<std::mt19937>(std::uint32_t(seed ^ (seed >> 32)))),
-      m_FailureRate(0.0), m_LieRate(0.0)
+      m_FailureRate(0.0), m_LieRate(0.0), m_Pause(0)
 {
     const double failureRates[] = {0.0, 0.0, 0.0, 0.001, 0.01, 0.05};
     const double lieRates[] = {0.0, 0.0, 0.05, 0.2};
@@ -120,11 +119,25 @@ void RandomSession::Run()
     QVBoxLayout* layout = new QVBoxLayout;
     layout->addWidget(m_Tab);
     m_Page->setLayout(layout);
-    const int actions = 10 + Pick(50);
-    for (int action = 0; action < actions && m_Page; ++action) {
-        Act();
-    }
-    Wait(Pick(300));
+    // The session runs inside an event loop, as in a host: each action is an
+    // event of that loop, like a user's input, and a pause lets the loop run
+    // on its own. Qt then carries out a deleteLater of the host's where a host
+    // loop would, not in the middle of the tab's own work.
+    int actions = 10 + Pick(50);
+    QEventLoop loop;
+    QTimer step;
+    step.setSingleShot(true);
+    QObject::connect(&step, &QTimer::timeout, &loop, [this, &actions, &loop, &step] {
+        if (actions-- > 0 && m_Page) {
+            m_Pause = 0;
+            Act();
+            step.start(m_Pause);
+        } else {
+            QTimer::singleShot(Pick(300), &loop, &QEventLoop::quit);
+        }
+    });
+    step.start(0);
+    loop.exec();
 }
 
 void RandomSession::BuildCamera()
@@ -292,7 +305,7 @@ void RandomSession::Act()
         QMetaObject::invokeMethod(m_Tab, "updateTimer");
         break;
     case 1:
-        Wait(Chance(0.8) ? Pick(30) : Pick(400));
+        m_Pause = Chance(0.8) ? Pick(30) : Pick(400);
         break;
     case 2:
         m_Page->setVisible(!m_Page->isVisible() || Chance(0.3));
@@ -415,14 +428,4 @@ void RandomSession::CameraChange()
     } catch (const std::invalid_argument&) {
         // Not a number on this camera.
     }
-}
-
-void RandomSession::Wait(int milliseconds)
-{
-    QElapsedTimer clock;
-    clock.start();
-    do {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        QThread::msleep(1);
-    } while (clock.elapsed() < milliseconds);
 }

@@ -23,7 +23,8 @@ class AutoROIWidget;
 // a host page that is shown, hidden, resized and deleted while the user drags,
 // edits, clicks and the camera changes on its own thread.
 //
-// Needs a QApplication. Ends normally or on a failed assertion.
+// Needs a QApplication; runs its own event loop. Ends normally or on a failed
+// assertion.
 class RandomSession
 {
 public:
@@ -44,7 +45,6 @@ private:
     void UserAction();
     void Drag();
     void CameraChange();
-    void Wait(int milliseconds);
 
     int Pick(int count);
     bool Chance(double probability);
@@ -55,6 +55,8 @@ private:
     std::shared_ptr<std::mt19937> m_Random;
     double m_FailureRate;
     double m_LieRate;
+    // How long the host's loop runs by itself before the next action.
+    int m_Pause;
     std::unique_ptr<KST::TrkAPI::Sim::Camera> m_Camera;
     std::vector<std::string> m_Names;
     QPointer<QWidget> m_Page;
