@@ -222,15 +222,18 @@ FeaturePtr FeatureManager::FindFeature(const std::string& name)
     }
     // A shallow copy keeps the list as it is for the whole walk. Every name is
     // read into one buffer and compared there: a walk allocates nothing per
-    // feature.
+    // feature. The buffer ends in a zero, so a name matches when its first
+    // zero sits right after the wanted characters; no name we look for holds
+    // a zero of its own.
     const FeatureVector features = *m_Features;
+    const size_t size = name.size();
     std::vector<char> featureName;
     for (FeatureVector::const_iterator it = features.constBegin(); it != features.constEnd();
          ++it) {
         const FeaturePtr feature = *it;
         if (feature && ReadFeatureText(*feature, &Feature::GetName, featureName) == 0 &&
-            std::strlen(featureName.data()) == name.size() &&
-            std::memcmp(featureName.data(), name.data(), name.size()) == 0) {
+            featureName.size() > size && featureName[size] == '\0' &&
+            std::memcmp(featureName.data(), name.data(), size) == 0) {
             return feature;
         }
     }

@@ -87,6 +87,12 @@ TrkErrorType SimFeature::GetName(char* buffer, unsigned int& length) const
     if (!m_State->HooksActive()) {
         return CopyText(m_Entry.name, buffer, length, ErrorBufferTooSmall);
     }
+    return GetNameCounted(buffer, length);
+}
+
+// Kept out of GetName, so that the plain read stays a short leaf function.
+TrkErrorType SimFeature::GetNameCounted(char* buffer, unsigned int& length) const
+{
     return Query(Op::GetName, [&](const FeatureEntry& entry) -> TrkErrorType {
         return CopyText(entry.name, buffer, length, ErrorBufferTooSmall);
     });

@@ -57,6 +57,8 @@ private:
     // an injected failure; read returns the result code.
     template <class Read>
     TrkErrorType Query(Op op, Read read) const;
+    // The name read once a test hook is set.
+    [[gnu::cold]] TrkErrorType GetNameCounted(char* buffer, unsigned int& length) const;
 
     std::shared_ptr<CameraState> m_State;
     size_t m_Index;
