@@ -373,10 +373,15 @@ void AutoROIWidget::UpdateSizeFromFeature(const RegionAxis& axis)
 {
     if (m_FeatureManager->HasFeature(axis.dspFarEdge)) {
         // Four-edge cameras have no size feature: the size is derived and
-        // has no upper limit of its own.
+        // has no upper limit of its own. Qt rounds each limit through its
+        // decimal text, 309 digits for the largest double, and measures the
+        // box anew after every setRange: the range, once set, is not set again.
         const double farEdge = axis.spinFarEdge->value();
         const double offset = axis.spinOffset->value();
-        axis.spinSize->setRange(0.0, std::numeric_limits<double>::max());
+        const double unlimited = std::numeric_limits<double>::max();
+        if (axis.spinSize->minimum() != 0.0 || axis.spinSize->maximum() != unlimited) {
+            axis.spinSize->setRange(0.0, unlimited);
+        }
         axis.spinSize->setValue(farEdge - offset);
     } else if (m_FeatureManager->HasFeature(axis.autofunctionSize, axis.autoModeSize)) {
         double featureMin = -1.0;
