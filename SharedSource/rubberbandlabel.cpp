@@ -2,7 +2,6 @@
 
 #include "Saturating.h"
 
-#include <QBitmap>
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QPalette>
@@ -69,7 +68,7 @@ RubberBandLabel::RubberBandLabel(int imageWidth, int imageHeight, const QColor& 
     m_Pixmap = QPixmap(imageWidth, imageHeight);
     QColor tint = color;
     FillPixmap(tint);
-    setMask(MaskOfTransparentPixels());
+    setMask(MaskOfTransparentPixels(tint));
     // Scaled to its own size the picture comes back shared, not copied.
     setPixmap(
         m_Pixmap.scaled(imageWidth, imageHeight, Qt::KeepAspectRatio, Qt::SmoothTransformation));
@@ -252,13 +251,12 @@ void RubberBandLabel::FillPixmap(QColor& color)
     m_Pixmap.fill(color);
 }
 
-// The picture is held once at full size. QPixmap::createMaskFromColor would
-// convert a copy of it first; the mask is taken from the picture's own
-// premultiplied pixels instead, where exactly the transparent ones are zero.
-QBitmap RubberBandLabel::MaskOfTransparentPixels() const
+// The picture is one colour throughout, so the mask of its transparent
+// pixels is all of it or nothing; reading it pixel by pixel would walk the
+// whole full-size picture. An empty mask leaves the label unmasked.
+QRegion RubberBandLabel::MaskOfTransparentPixels(const QColor& fill) const
 {
-    const QImage picture = m_Pixmap.toImage();
-    return QBitmap::fromImage(picture.createMaskFromColor(QColor(Qt::transparent).rgba()));
+    return fill.alpha() == 0 ? QRegion(m_Pixmap.rect()) : QRegion();
 }
 
 double RubberBandLabel::ScreenScale() const

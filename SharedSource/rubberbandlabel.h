@@ -1,10 +1,10 @@
 #ifndef RUBBERBANDLABEL_H
 #define RUBBERBANDLABEL_H
 
-#include <QBitmap>
 #include <QColor>
 #include <QLabel>
 #include <QPixmap>
+#include <QRegion>
 
 class QRubberBand;
 
@@ -55,7 +55,7 @@ private slots:
 
 private:
     void FillPixmap(QColor& color);
-    QBitmap MaskOfTransparentPixels() const;
+    QRegion MaskOfTransparentPixels(const QColor& fill) const;
     bool IsResizing() const;
     double ScreenScale() const;
     void PlaceStoredRegion();
