@@ -251,12 +251,12 @@ void RubberBandLabel::FillPixmap(QColor& color)
     m_Pixmap.fill(color);
 }
 
-// The picture is one colour throughout, so the mask of its transparent
-// pixels is all of it or nothing; reading it pixel by pixel would walk the
-// whole full-size picture. An empty mask leaves the label unmasked.
+// The mask keeps the picture's pixels that are not transparent. The picture
+// is one colour throughout, so that is all of it or nothing; reading it pixel
+// by pixel would walk the whole full-size picture.
 QRegion RubberBandLabel::MaskOfTransparentPixels(const QColor& fill) const
 {
-    return fill.alpha() == 0 ? QRegion(m_Pixmap.rect()) : QRegion();
+    return fill.alpha() == 0 ? QRegion() : QRegion(m_Pixmap.rect());
 }
 
 double RubberBandLabel::ScreenScale() const
