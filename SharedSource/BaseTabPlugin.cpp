@@ -151,11 +151,12 @@ qint32 BaseTabPluginWidget::ObserverPass(
     return result;
 }
 
+// Most names differ in length from most watched ones, which is the cheap test.
 bool BaseTabPluginWidget::IsObserved(const char* name) const
 {
     const QLatin1String text(name);
     for (const QString& observed : m_ObservedFeatures) {
-        if (observed == text) {
+        if (observed.size() == text.size() && observed == text) {
             return true;
         }
     }
