@@ -76,13 +76,67 @@ out.append("- Release build, Qt offscreen platform, medians of %s repetitions of
            "each, in ms. CPU is the" % (repetitions, min_time))
 out.append("  GUI thread's CPU time (for P4 the whole process's, as Qt scales on threads of its")
 out.append("  own); wall is elapsed time, which other processes on a loaded machine stretch.")
-out.append("  Goals are judged on CPU time; ratios are CPU time of the action over its floor's.")
+out.append("  Goals are judged on CPU time, except P4's: a resize must be over within a frame,")
+out.append("  and Qt scales on two threads, so P4 is judged on wall time. Ratios are CPU time of")
+out.append("  the action over its floor's.")
 out.append("  The camera's feature count includes its own features besides the 50, 500 or "
            "5,000 others.")
 out.append("- The floor replays only the operations of the features. A walk also copies each")
 out.append("  feature's pointer (a locked count up and down), which the floor leaves out, and")
 out.append("  the editor's widget work weighs most on small cameras; both stay in the ratio.")
 out.append("")
+
+
+def worst(action, features, floor=None):
+    """The largest CPU time (or ratio to the floor) of the action over the families."""
+    values = []
+    for family in range(3):
+        args = "family:%d/features:%d" % (family, features)
+        a = after_tab.get("%s/%s" % (action, args))
+        f = after_tab.get("%s/%s" % (floor, args)) if floor else None
+        if a and (f or not floor):
+            values.append(a[0] / f[0] if floor else a[0])
+    return max(values) if values else float("nan")
+
+
+def goals():
+    rows = []
+    for name, action, floor in (("on show", "P1_RefreshOnShow", "P1_RefreshOnShowFloor"),
+                                ("by the tick", "P1_RefreshOnTick", "P1_RefreshOnTickFloor")):
+        rows.append(("P1 %s at 500 features" % name, "2 ms", worst(action, 500), 2.0, " ms"))
+        rows.append(("P1 %s at 5,000 features" % name, "20 ms", worst(action, 5000), 20.0, " ms"))
+        for features in (50, 500, 5000):
+            rows.append(("P1 %s, ratio to the floor at %d features" % (name, features), "1.3",
+                         worst(action, features, floor), 1.3, ""))
+    rows.append(("P2 drag step at 5,000 features", "0.5 ms", worst("P2_DragStep", 5000), 0.5,
+                 " ms"))
+    writes = max(after_tab.get("P2_DragStep/" + args, (0, 0, {}))[2].get("writes", 0)
+                 for _, _, args in cameras())
+    rows.append(("P2 camera writes during a drag", "0", writes, 0, ""))
+    rows.append(("P3 CreateTab at 500 features", "10 ms", worst("P3_CreateTab", 500), 10.0,
+                 " ms"))
+    resize = after_preview["P4_Resize/size:2"]
+    base = after_preview["P4_Resize/size:0"][2]["peak_MB"]
+    rows.append(("P4 resize at 20 MP (wall)", "16 ms", resize[1], 16.0, " ms"))
+    rows.append(("P4 peak memory above 0.3 MP", "90 MB", resize[2]["peak_MB"] - base, 90.0,
+                 " MB"))
+    out.append("## Goals")
+    out.append("")
+    out.append("The worst family after the change; each figure is in the tables below.")
+    out.append("")
+    out.append("| Goal | At most | After | Met |")
+    out.append("|---|---:|---:|---|")
+    for title, limit, value, bound, unit in rows:
+        if isinstance(value, int):
+            figure = "%d" % value
+        else:
+            figure = ("%.2f" % value) if not unit else ms(value) + unit
+        out.append("| %s | %s | %s | %s |" % (title, limit, figure,
+                                              "yes" if value <= bound else "no"))
+    out.append("")
+
+
+goals()
 
 
 def action_table(title, action, floor, note):
@@ -125,8 +179,8 @@ action_table("P3 CreateTab up to the first show", "P3_CreateTab", None,
 
 out.append("## P4 one resize of the preview")
 out.append("")
-out.append("Goal: at most 16 ms at 20 MP; peak memory above a 0.3 MP preview at most 90 MB. "
-           "Each size runs in a process of its own; peak is the process's peak RSS.")
+out.append("Goal: at most 16 ms of wall time at 20 MP; peak memory above a 0.3 MP preview at most "
+           "90 MB. Each size runs in a process of its own; peak is the process's peak RSS.")
 out.append("")
 out.append("| Reference size | CPU before | CPU after | Wall before | Wall after | Peak before MB | "
            "Peak after MB | Above 0.3 MP before MB | Above 0.3 MP after MB |")

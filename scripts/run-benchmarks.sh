@@ -25,6 +25,15 @@ git -C "$root" archive "$baseline" | tar -x -C "$work/before-src"
 rm -rf "$work/before-src/bench"
 cp -r "$root/bench" "$work/before-src/bench"
 rm -f "$work/before-src/bench/RESULTS.md"
+# Today's bench/ takes the benchmark library and the build options from the
+# top-level project, which the baseline doesn't have yet.
+{
+    echo 'find_package(benchmark REQUIRED)'
+    echo 'if(NOT TARGET tab_build_options)'
+    echo '    add_library(tab_build_options INTERFACE)'
+    echo 'endif()'
+    cat "$root/bench/CMakeLists.txt"
+} >"$work/before-src/bench/CMakeLists.txt"
 
 export QT_QPA_PLATFORM=offscreen
 for tree in before after; do
