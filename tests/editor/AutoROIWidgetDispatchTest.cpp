@@ -151,20 +151,6 @@ TEST(AutoROIWidgetDispatch, PresetsCentreAShareOfTheImage)
     EXPECT_EQ(editor.Ints(region), std::vector<long long>({372, 300, 248, 200}));
     editor.FullButton()->click();
     EXPECT_EQ(editor.Ints(region), std::vector<long long>({0, 0, 1000, 800}));
-
-    // Four edges: the right and bottom edges carry the size.
-    EditorTab dsp(MakeTestCamera(Family::Dsp));
-    dsp.QuarterButton()->click();
-    EXPECT_EQ(dsp.Ints({"DSPSubregionLeft", "DSPSubregionTop", "DSPSubregionRight",
-                        "DSPSubregionBottom"}),
-              std::vector<long long>({250, 200, 750, 600}));
-
-    // Sensor coordinates: the image's own offset is added.
-    EditorTab autoMode(MakeTestCamera(Family::AutoMode));
-    autoMode.QuarterButton()->click();
-    EXPECT_EQ(autoMode.Ints({"AutoModeRegionOffsetX", "AutoModeRegionOffsetY",
-                             "AutoModeRegionWidth", "AutoModeRegionHeight"}),
-              std::vector<long long>({260, 170, 320, 240}));
 }
 
 namespace {

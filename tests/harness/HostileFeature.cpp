@@ -1,7 +1,5 @@
 #include "HostileFeature.h"
 
-#include <TarkaCPP/Sim/SimCamera.h>
-
 using KST::TrkAPI::Sim::ErrorInjected;
 
 HostileFeature::HostileFeature(const KST::TrkAPI::FeaturePtr& real, const Lies& lies,
@@ -28,10 +26,8 @@ bool HostileFeature::Fails(const char* operation) const
 
 TrkErrorType HostileFeature::GetName(char* buffer, unsigned int& length) const
 {
-    if (m_Lies.unreadableName || Fails("GetName")) {
-        return ErrorInjected;
-    }
-    return m_Real->GetName(buffer, length);
+    return m_Lies.unreadableName || Fails("GetName") ? ErrorInjected
+                                                     : m_Real->GetName(buffer, length);
 }
 
 TrkErrorType HostileFeature::GetDisplayName(char* buffer, unsigned int& length) const
@@ -46,14 +42,9 @@ TrkErrorType HostileFeature::GetCategory(char* buffer, unsigned int& length) con
 
 TrkErrorType HostileFeature::GetDataType(TrkFeatureDataType& type) const
 {
-    if (Fails("GetDataType")) {
-        return ErrorInjected;
-    }
-    if (m_Lies.replaceType) {
-        type = m_Lies.type;
-        return 0;
-    }
-    return m_Real->GetDataType(type);
+    return Answer(
+        "GetDataType", m_Lies.replaceType, [&] { type = m_Lies.type; },
+        [&] { return m_Real->GetDataType(type); });
 }
 
 TrkErrorType HostileFeature::IsWritable(bool& writable)
@@ -63,26 +54,16 @@ TrkErrorType HostileFeature::IsWritable(bool& writable)
 
 TrkErrorType HostileFeature::GetValue(long long& value) const
 {
-    if (Fails("GetValue")) {
-        return ErrorInjected;
-    }
-    if (m_Lies.replaceValue) {
-        value = m_Lies.intValue;
-        return 0;
-    }
-    return m_Real->GetValue(value);
+    return Answer(
+        "GetValue", m_Lies.replaceValue, [&] { value = m_Lies.intValue; },
+        [&] { return m_Real->GetValue(value); });
 }
 
 TrkErrorType HostileFeature::GetValue(double& value) const
 {
-    if (Fails("GetValue")) {
-        return ErrorInjected;
-    }
-    if (m_Lies.replaceValue) {
-        value = m_Lies.floatValue;
-        return 0;
-    }
-    return m_Real->GetValue(value);
+    return Answer(
+        "GetValue", m_Lies.replaceValue, [&] { value = m_Lies.floatValue; },
+        [&] { return m_Real->GetValue(value); });
 }
 
 TrkErrorType HostileFeature::GetValue(bool& value) const
@@ -107,52 +88,38 @@ TrkErrorType HostileFeature::IsValueAvailable(char const* entry, bool& available
 
 TrkErrorType HostileFeature::GetRange(long long& min, long long& max) const
 {
-    if (Fails("GetRange")) {
-        return ErrorInjected;
-    }
-    if (m_Lies.replaceRange) {
-        min = m_Lies.intMin;
-        max = m_Lies.intMax;
-        return 0;
-    }
-    return m_Real->GetRange(min, max);
+    return Answer(
+        "GetRange", m_Lies.replaceRange,
+        [&] {
+            min = m_Lies.intMin;
+            max = m_Lies.intMax;
+        },
+        [&] { return m_Real->GetRange(min, max); });
 }
 
 TrkErrorType HostileFeature::GetRange(double& min, double& max) const
 {
-    if (Fails("GetRange")) {
-        return ErrorInjected;
-    }
-    if (m_Lies.replaceRange) {
-        min = m_Lies.floatMin;
-        max = m_Lies.floatMax;
-        return 0;
-    }
-    return m_Real->GetRange(min, max);
+    return Answer(
+        "GetRange", m_Lies.replaceRange,
+        [&] {
+            min = m_Lies.floatMin;
+            max = m_Lies.floatMax;
+        },
+        [&] { return m_Real->GetRange(min, max); });
 }
 
 TrkErrorType HostileFeature::GetIncrement(long long& increment) const
 {
-    if (Fails("GetIncrement")) {
-        return ErrorInjected;
-    }
-    if (m_Lies.replaceIncrement) {
-        increment = m_Lies.intIncrement;
-        return 0;
-    }
-    return m_Real->GetIncrement(increment);
+    return Answer(
+        "GetIncrement", m_Lies.replaceIncrement, [&] { increment = m_Lies.intIncrement; },
+        [&] { return m_Real->GetIncrement(increment); });
 }
 
 TrkErrorType HostileFeature::GetIncrement(double& increment) const
 {
-    if (Fails("GetIncrement")) {
-        return ErrorInjected;
-    }
-    if (m_Lies.replaceIncrement) {
-        increment = m_Lies.floatIncrement;
-        return 0;
-    }
-    return m_Real->GetIncrement(increment);
+    return Answer(
+        "GetIncrement", m_Lies.replaceIncrement, [&] { increment = m_Lies.floatIncrement; },
+        [&] { return m_Real->GetIncrement(increment); });
 }
 
 TrkErrorType HostileFeature::SetValue(long long const& value)

@@ -1,7 +1,7 @@
 #ifndef HOSTILEFEATURE_H
 #define HOSTILEFEATURE_H
 
-#include <TarkaCPP/Feature.h>
+#include <TarkaCPP/Sim/SimCamera.h>
 
 #include <memory>
 #include <random>
@@ -67,6 +67,20 @@ public:
 
 private:
     bool Fails(const char* operation) const;
+    // Fails at the failure rate; otherwise runs lie when told to, with a
+    // successful return, or else asks the real feature.
+    template <typename Lie, typename Real>
+    TrkErrorType Answer(const char* operation, bool tell, Lie lie, Real real) const
+    {
+        if (Fails(operation)) {
+            return KST::TrkAPI::Sim::ErrorInjected;
+        }
+        if (tell) {
+            lie();
+            return 0;
+        }
+        return real();
+    }
 
     KST::TrkAPI::FeaturePtr m_Real;
     Lies m_Lies;

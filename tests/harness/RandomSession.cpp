@@ -81,7 +81,7 @@ void ExitOnRangeAssertion(QtMsgType type, const QMessageLogContext&, const QStri
 } // namespace
 
 RandomSession::RandomSession(std::uint64_t seed)
-    : m_Seed(seed), m_Random(std::make_shared<std::mt19937>(std::uint32_t(seed ^ (seed >> 32)))),
+    : m_Random(std::make_shared<std::mt19937>(std::uint32_t(seed ^ (seed >> 32)))),
       m_FailureRate(0.0), m_LieRate(0.0), m_Pause(0)
 {
     const double failureRates[] = {0.0, 0.0, 0.0, 0.001, 0.01, 0.05};
@@ -248,35 +248,30 @@ QSharedPointer<FeatureVector> RandomSession::HostileFeatures()
 {
     QSharedPointer<FeatureVector> features(new FeatureVector);
     const bool withEmpty = Chance(0.2);
+    auto anyInt = [this] { return ExtremeInts[Pick(int(ExtremeInts.size()))]; };
+    auto anyFloat = [this] { return ExtremeFloats[Pick(int(ExtremeFloats.size()))]; };
     for (const FeaturePtr& real : m_Camera->Features()) {
         HostileFeature::Lies lies;
-        if (Chance(m_LieRate)) {
-            switch (Pick(5)) {
-            case 0:
-                lies.unreadableName = true;
-                break;
-            case 1:
-                lies.replaceType = true;
-                lies.type = TrkFeatureDataType(Pick(8));
-                break;
-            case 2:
-                lies.replaceValue = true;
-                lies.intValue = ExtremeInts[Pick(int(ExtremeInts.size()))];
-                lies.floatValue = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
-                break;
-            case 3:
-                lies.replaceRange = true;
-                lies.intMin = ExtremeInts[Pick(int(ExtremeInts.size()))];
-                lies.intMax = ExtremeInts[Pick(int(ExtremeInts.size()))];
-                lies.floatMin = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
-                lies.floatMax = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
-                break;
-            default:
-                lies.replaceIncrement = true;
-                lies.intIncrement = ExtremeInts[Pick(int(ExtremeInts.size()))];
-                lies.floatIncrement = ExtremeFloats[Pick(int(ExtremeFloats.size()))];
-                break;
-            }
+        const int lie = Chance(m_LieRate) ? Pick(5) : -1;
+        if (lie == 0) {
+            lies.unreadableName = true;
+        } else if (lie == 1) {
+            lies.replaceType = true;
+            lies.type = TrkFeatureDataType(Pick(8));
+        } else if (lie == 2) {
+            lies.replaceValue = true;
+            lies.intValue = anyInt();
+            lies.floatValue = anyFloat();
+        } else if (lie == 3) {
+            lies.replaceRange = true;
+            lies.intMin = anyInt();
+            lies.intMax = anyInt();
+            lies.floatMin = anyFloat();
+            lies.floatMax = anyFloat();
+        } else if (lie == 4) {
+            lies.replaceIncrement = true;
+            lies.intIncrement = anyInt();
+            lies.floatIncrement = anyFloat();
         }
         if (withEmpty && Chance(0.2)) {
             features->append(FeaturePtr());
@@ -300,26 +295,20 @@ T* RandomSession::AnyUsable()
 
 void RandomSession::Act()
 {
-    switch (Pick(10)) {
-    case 0:
+    const int action = Pick(10);
+    if (action == 0) {
         QMetaObject::invokeMethod(m_Tab, "updateTimer");
-        break;
-    case 1:
+    } else if (action == 1) {
         m_Pause = Chance(0.8) ? Pick(30) : Pick(400);
-        break;
-    case 2:
+    } else if (action == 2) {
         m_Page->setVisible(!m_Page->isVisible() || Chance(0.3));
-        break;
-    case 3:
+    } else if (action == 3) {
         m_Page->resize(Pick(1200), Pick(900));
-        break;
-    case 4:
+    } else if (action == 4) {
         QMetaObject::invokeMethod(m_Tab, "camIsStreaming", Q_ARG(bool, Chance(0.5)));
-        break;
-    case 5:
+    } else if (action == 5) {
         CameraChange();
-        break;
-    case 6:
+    } else if (action == 6) {
         // The host drops the page between two events, or asks for it to go
         // from an event that the tab may deliver from inside its own work.
         if (Chance(0.1)) {
@@ -330,20 +319,15 @@ void RandomSession::Act()
                 QTimer::singleShot(0, page, [page] { page->deleteLater(); });
             }
         }
-        break;
-    default:
+    } else {
         UserAction();
-        break;
     }
 }
 
 void RandomSession::UserAction()
 {
-    switch (Pick(5)) {
-    case 0:
-        Drag();
-        break;
-    case 1:
+    const int action = Pick(5);
+    if (action == 1) {
         if (QDoubleSpinBox* spin = AnyUsable<QDoubleSpinBox>()) {
             const double values[] = {spin->minimum(),
                                      spin->maximum(),
@@ -357,22 +341,17 @@ void RandomSession::UserAction()
                 QMetaObject::invokeMethod(spin, "editingFinished");
             }
         }
-        break;
-    case 2:
+    } else if (action == 2) {
         if (QAbstractButton* button = AnyUsable<QAbstractButton>()) {
             button->click();
         }
-        break;
-    case 3:
-        if (QComboBox* combo = AnyUsable<QComboBox>()) {
-            if (combo->count() > 0) {
-                combo->setCurrentIndex(Pick(combo->count()));
-            }
+    } else if (action == 3) {
+        QComboBox* combo = AnyUsable<QComboBox>();
+        if (combo && combo->count() > 0) {
+            combo->setCurrentIndex(Pick(combo->count()));
         }
-        break;
-    default:
+    } else {
         Drag();
-        break;
     }
 }
 

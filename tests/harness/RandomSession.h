@@ -51,7 +51,6 @@ private:
     template <typename T>
     T* AnyUsable();
 
-    std::uint64_t m_Seed;
     std::shared_ptr<std::mt19937> m_Random;
     double m_FailureRate;
     double m_LieRate;

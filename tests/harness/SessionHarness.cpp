@@ -12,10 +12,10 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <map>
 #include <string>
 #include <thread>
@@ -91,6 +91,7 @@ void PrintCounts(long long sessions, const long long* counts)
     fflush(stdout);
 }
 
+// Prints a session that failed with the start of its output.
 void Report(const Child& child, Outcome outcome)
 {
     printf("seed %llu: %s; replay with --replay %llu\n", (unsigned long long)child.seed,
@@ -109,65 +110,53 @@ void Report(const Child& child, Outcome outcome)
 
 int main(int argc, char** argv)
 {
-    long long sessions = 100;
-    std::uint64_t firstSeed = 1;
-    int jobs = 1;
-    int timeout = 60;
+    std::map<std::string, unsigned long long> options = {
+        {"--sessions", 100}, {"--first-seed", 1}, {"--jobs", 1}, {"--timeout", 60}};
     for (int index = 1; index + 1 < argc; index += 2) {
-        const std::string option = argv[index];
-        const char* value = argv[index + 1];
-        if (option == "--replay") {
-            return RunSession(std::strtoull(value, nullptr, 10));
+        const unsigned long long value = std::strtoull(argv[index + 1], nullptr, 10);
+        if (std::string(argv[index]) == "--replay") {
+            return RunSession(value);
         }
-        if (option == "--sessions") {
-            sessions = std::atoll(value);
-        } else if (option == "--first-seed") {
-            firstSeed = std::strtoull(value, nullptr, 10);
-        } else if (option == "--jobs") {
-            jobs = std::max(1, std::atoi(value));
-        } else if (option == "--timeout") {
-            timeout = std::atoi(value);
-        }
+        options[argv[index]] = value;
     }
+    const long long sessions = options["--sessions"];
+    const std::uint64_t firstSeed = options["--first-seed"];
+    const size_t jobs = std::max(1ULL, options["--jobs"]);
+    const auto timeout = std::chrono::seconds(options["--timeout"]);
 
     long long counts[OutcomeCount] = {};
     std::map<pid_t, Child> running;
     long long started = 0;
     long long finished = 0;
+    auto finish = [&](pid_t pid, Outcome outcome) {
+        ++counts[outcome];
+        if (++finished % 500 == 0) {
+            PrintCounts(finished, counts);
+        }
+        if (outcome != Normal && outcome != RangeAssertion) {
+            Report(running[pid], outcome);
+        }
+        unlink(running[pid].log.c_str());
+        running.erase(pid);
+    };
     while (started < sessions || !running.empty()) {
-        while (started < sessions && int(running.size()) < jobs) {
-            Child child;
-            child.seed = firstSeed + std::uint64_t(started++);
-            child.start = std::chrono::steady_clock::now();
-            child.log = "/tmp/session_harness." + std::to_string(getpid()) + "." +
-                        std::to_string(child.seed) + ".log";
-            running[StartSession(child.seed, child.log)] = child;
+        while (started < sessions && running.size() < jobs) {
+            const std::uint64_t seed = firstSeed + std::uint64_t(started++);
+            const std::string log = "/tmp/session_harness." + std::to_string(getpid()) + "." +
+                                    std::to_string(seed) + ".log";
+            running[StartSession(seed, log)] = {seed, std::chrono::steady_clock::now(), log};
         }
         int status = 0;
         const pid_t done = waitpid(-1, &status, WNOHANG);
         if (done > 0 && running.count(done)) {
-            const Outcome outcome = Classify(status);
-            ++counts[outcome];
-            if (++finished % 500 == 0) {
-                PrintCounts(finished, counts);
-            }
-            if (outcome != Normal && outcome != RangeAssertion) {
-                Report(running[done], outcome);
-            }
-            unlink(running[done].log.c_str());
-            running.erase(done);
+            finish(done, Classify(status));
             continue;
         }
-        const auto now = std::chrono::steady_clock::now();
-        for (auto& entry : running) {
-            if (now - entry.second.start > std::chrono::seconds(timeout)) {
+        for (const auto& entry : running) {
+            if (std::chrono::steady_clock::now() - entry.second.start > timeout) {
                 kill(entry.first, SIGKILL);
                 waitpid(entry.first, &status, 0);
-                ++counts[Hang];
-                ++finished;
-                Report(entry.second, Hang);
-                unlink(entry.second.log.c_str());
-                running.erase(entry.first);
+                finish(entry.first, Hang);
                 break;
             }
         }

@@ -1,6 +1,7 @@
 // The GenICam backend over Aravis's fake cameras serving the descriptions of
 // cameras/, and one camera through GigE Vision over loopback.
 
+#include "FeatureText.h"
 #include "GenICam/Connection.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
@@ -34,18 +35,6 @@ std::unique_ptr<Camera> OpenFamily(const std::string& family)
     return camera;
 }
 
-std::string Text(const FeaturePtr& feature,
-                 TrkErrorType (Feature::*read)(char*, unsigned int&) const)
-{
-    unsigned int length = 0;
-    if (((*feature).*read)(nullptr, length) != 0 || length == 0) {
-        return std::string();
-    }
-    std::string buffer(length, '\0');
-    ((*feature).*read)(&buffer[0], length);
-    return buffer.c_str();
-}
-
 long long Int(const FeaturePtr& feature)
 {
     long long value = -1;
@@ -75,7 +64,7 @@ struct RecordingObserver : IFeatureObserver
     void FeatureChanged(const FeaturePtr& feature) override
     {
         std::lock_guard<std::mutex> lock(m_Lock);
-        m_Names.push_back(Text(feature, &Feature::GetName));
+        m_Names.push_back(FeatureText(feature, &Feature::GetName));
         m_OnWriter = m_OnWriter || std::this_thread::get_id() == m_Writer;
     }
     std::vector<std::string> Names()
@@ -115,13 +104,13 @@ TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
         EXPECT_EQ(type, expected.second) << expected.first;
     }
     FeaturePtr minimum = camera->Find("ExposureAutoMin");
-    EXPECT_EQ(Text(minimum, &Feature::GetName), "ExposureAutoMin");
-    EXPECT_EQ(Text(minimum, &Feature::GetDisplayName), "Exposure Auto Min");
-    EXPECT_EQ(Text(minimum, &Feature::GetCategory), "/AcquisitionControl/ExposureControl");
+    EXPECT_EQ(FeatureText(minimum, &Feature::GetName), "ExposureAutoMin");
+    EXPECT_EQ(FeatureText(minimum, &Feature::GetDisplayName), "Exposure Auto Min");
+    EXPECT_EQ(FeatureText(minimum, &Feature::GetCategory), "/AcquisitionControl/ExposureControl");
     // Only what the categories list is a feature, in their order.
     EXPECT_FALSE(camera->Find("AutofunctionAOIOffsetXMax"));
     EXPECT_FALSE(camera->Find("Root"));
-    EXPECT_EQ(Text(camera->Features().front(), &Feature::GetName), "DeviceVendorName");
+    EXPECT_EQ(FeatureText(camera->Features().front(), &Feature::GetName), "DeviceVendorName");
     EXPECT_EQ(camera->Features().size(), 30u);
 }
 
@@ -184,7 +173,7 @@ TEST(GenICamCamera, RefusesWritesOffRangeOffGridNotWritableOrUnavailableAndLimit
     FeaturePtr maximum = camera->Find("ExposureAutoMax");
     EXPECT_EQ(Int(maximum), 50000);
     EXPECT_EQ(timebase->SetValue("100us"), 0);
-    EXPECT_EQ(Text(timebase, &Feature::GetValue), "100us");
+    EXPECT_EQ(FeatureText(timebase, &Feature::GetValue), "100us");
     EXPECT_EQ(Int(maximum), 5000);
     EXPECT_EQ(Range(maximum).second, 100000);
 }
@@ -224,7 +213,7 @@ TEST(GenICamCamera, ObserversHearOfWrittenAndDependentFeaturesFromALibraryThread
     long long value = 0;
     EXPECT_EQ(left->GetValue(value), ErrorClosed);
     EXPECT_EQ(left->SetValue(100LL), ErrorClosed);
-    EXPECT_EQ(Text(left, &Feature::GetName), "DSPSubregionLeft");
+    EXPECT_EQ(FeatureText(left, &Feature::GetName), "DSPSubregionLeft");
 }
 
 TEST(GenICamCamera, ChangesMadeElsewhereAreFoundByPolling)
@@ -299,7 +288,7 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     std::string error;
     std::unique_ptr<Camera> camera = Camera::Open(id, &error);
     ASSERT_TRUE(camera) << error;
-    EXPECT_EQ(Text(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
+    EXPECT_EQ(FeatureText(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
     FeaturePtr offset = camera->Find("AutoModeRegionOffsetX");
     FeaturePtr width = camera->Find("AutoModeRegionWidth");
     EXPECT_EQ(Int(offset), 648);

@@ -1,3 +1,5 @@
+#include "FeatureText.h"
+
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
 #include <gtest/gtest.h>
@@ -14,11 +16,7 @@ std::vector<std::string> NamesOf(const Camera& camera)
 {
     std::vector<std::string> names;
     for (const FeaturePtr& feature : camera.Features()) {
-        unsigned int length = 0;
-        feature->GetName(nullptr, length);
-        std::string buffer(length, '\0');
-        feature->GetName(&buffer[0], length);
-        names.push_back(buffer.c_str());
+        names.push_back(FeatureText(feature));
     }
     return names;
 }

@@ -1,3 +1,5 @@
+#include "FeatureText.h"
+
 #include <TarkaCPP/Sim/CameraRules.h>
 #include <TarkaCPP/Sim/SimCamera.h>
 
@@ -15,15 +17,6 @@ using namespace KST::TrkAPI::Sim;
 
 namespace {
 
-std::string NameOf(const FeaturePtr& feature)
-{
-    unsigned int length = 0;
-    feature->GetName(nullptr, length);
-    std::string buffer(length, '\0');
-    feature->GetName(&buffer[0], length);
-    return buffer.c_str();
-}
-
 // Records the names it is told of, read once the notifications are
 // delivered; an optional action runs inside the call.
 struct RecordingObserver : IFeatureObserver
@@ -33,7 +26,7 @@ struct RecordingObserver : IFeatureObserver
         if (m_Action) {
             m_Action(feature);
         }
-        m_Names.push_back(NameOf(feature));
+        m_Names.push_back(FeatureText(feature));
     }
 
     std::function<void(const FeaturePtr&)> m_Action;
@@ -316,7 +309,7 @@ TEST(SimCameraLifetimeTest, FeaturesStayUsableAfterTheCamera)
     long long value = 0;
     EXPECT_EQ(0, feature->GetValue(value));
     EXPECT_EQ(5, value);
-    EXPECT_EQ("Gain", NameOf(feature));
+    EXPECT_EQ("Gain", FeatureText(feature));
     EXPECT_EQ(0, feature->UnregisterObserver(observer.ptr));
     EXPECT_TRUE(observer.raw->m_Names.empty());
 }
