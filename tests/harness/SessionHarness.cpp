@@ -112,12 +112,22 @@ int main(int argc, char** argv)
 {
     std::map<std::string, unsigned long long> options = {
         {"--sessions", 100}, {"--first-seed", 1}, {"--jobs", 1}, {"--timeout", 60}};
-    for (int index = 1; index + 1 < argc; index += 2) {
-        const unsigned long long value = std::strtoull(argv[index + 1], nullptr, 10);
-        if (std::string(argv[index]) == "--replay") {
+    for (int index = 1; index < argc; index += 2) {
+        const std::string option = argv[index];
+        char* end = nullptr;
+        const char* text = index + 1 < argc ? argv[index + 1] : "";
+        const unsigned long long value = std::strtoull(text, &end, 10);
+        // A mistyped option or number would otherwise start a run nobody asked for.
+        if ((option != "--replay" && options.count(option) == 0) || *text == '\0' || *text == '-' ||
+            *end != '\0') {
+            fprintf(stderr, "usage: session_harness [--sessions N] [--first-seed N] [--jobs N] "
+                            "[--timeout SECONDS] | --replay SEED\n");
+            return 2;
+        }
+        if (option == "--replay") {
             return RunSession(value);
         }
-        options[argv[index]] = value;
+        options[option] = value;
     }
     const long long sessions = options["--sessions"];
     const std::uint64_t firstSeed = options["--first-seed"];
