@@ -7,7 +7,7 @@ packages=(
     build-essential cmake git clang-format
     qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools
     libgtest-dev libgmock-dev libbenchmark-dev
-    libaravis-dev aravis-tools libusb-1.0-0-dev pkg-config
+    libaravis-dev aravis-tools aravis-tools-cli libusb-1.0-0-dev pkg-config
     fontconfig fonts-dejavu-core
 )
 

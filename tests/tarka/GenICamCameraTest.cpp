@@ -3,9 +3,9 @@
 
 #include "FeatureText.h"
 #include "GenICam/Connection.h"
+#include "ServerProcess.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
-#include <QProcess>
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
@@ -268,17 +268,17 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     if (tool.isEmpty()) {
         GTEST_SKIP() << "arv-fake-gv-camera-0.8 (package aravis-tools) is not installed";
     }
-    QProcess server;
-    server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    server.start(tool, {"-i", "127.0.0.1", "-g", QString::fromStdString(Description("automode"))});
-    ASSERT_TRUE(server.waitForStarted(10000));
+    const std::string serial = ServerProcess::UniqueSerial("T");
+    ServerProcess server(tool.toStdString(),
+                         {"-i", "127.0.0.1", "-s", serial, "-g", Description("automode")});
 
     // The server needs a moment before it answers discovery.
+    const std::string wanted = "Aravis-Fake-" + serial;
     std::string id;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (id.empty() && std::chrono::steady_clock::now() < deadline) {
+    while (id.empty() && server.IsRunning() && std::chrono::steady_clock::now() < deadline) {
         for (const std::string& found : Camera::DeviceIds()) {
-            if (found.find("Fake-GV") != std::string::npos) {
+            if (found == wanted) {
                 id = found;
             }
         }
@@ -305,8 +305,7 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
 
     // A device that stops answering is lost: its calls fail from then on.
-    server.kill();
-    EXPECT_TRUE(server.waitForFinished(10000));
+    server.Kill();
     FeaturePtr status = camera->Find("AcquisitionStatus");
     EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
     EXPECT_FALSE(camera->IsConnected());
