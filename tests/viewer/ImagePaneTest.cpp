@@ -5,7 +5,6 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QSet>
 
 #include <gtest/gtest.h>
 
@@ -29,11 +28,6 @@ QImage Convert(int width, int height, PixelFormat format, std::vector<unsigned c
     frame.stride = static_cast<size_t>(width) * BytesPerPixel(format);
     frame.data = std::move(data);
     return ConvertFrame(frame, box);
-}
-
-QRgb Gray(int value)
-{
-    return qRgb(value, value, value);
 }
 
 // Runs the event loop until done is true or a generous time has passed.
@@ -73,31 +67,21 @@ TEST(ImagePane, ConvertsEachFormatAndFitsTheAspectRatio)
     EXPECT_EQ(QSize(200, 50), Convert(400, 100, PixelFormat::Mono8,
                                       std::vector<unsigned char>(40000), QSize(200, 200))
                                   .size());
-    // Shrinking averages: 0/255 columns at 8:1 are grey, not one of them.
-    std::vector<unsigned char> stripes(16 * 8);
-    for (size_t i = 0; i < stripes.size(); i += 2) {
-        stripes[i] = 255;
-    }
+    // Shrinking averages 0/255 columns at 2:1 to grey; Mono12 arrives shifted
+    // to the top of the word; the last row and column of an odd Bayer frame
+    // keep their cell's colours; padded rows are skipped.
     EXPECT_EQ(qRgb(127, 127, 127),
-              Convert(16, 8, PixelFormat::Mono8, stripes, QSize(2, 1)).pixel(1, 0));
-    // Mono10 and Mono12 arrive shifted to the top of the word.
-    for (unsigned short shifted : {0x3FF << 6, 0xABC << 4}) {
-        std::memcpy(bytes.data(), &shifted, 2);
-        EXPECT_EQ(Gray(shifted >> 8),
-                  Convert(1, 1, PixelFormat::Mono16, bytes, QSize(1, 1)).pixel(0, 0));
-    }
-    // The last column and row of an odd-sized Bayer frame keep the colours
-    // of their cell's neighbour.
-    const QImage odd =
-        Convert(3, 3, PixelFormat::BayerRG8, {10, 20, 10, 30, 40, 30, 10, 20, 10}, QSize(3, 3));
-    EXPECT_EQ(qRgb(10, 25, 40), odd.pixel(2, 2));
-    // Rows stride bytes apart, with padding.
-    Frame padded;
-    padded.width = 2;
-    padded.height = 2;
-    padded.stride = 4;
-    padded.data = {1, 2, 99, 99, 3, 4, 99, 99};
-    EXPECT_EQ(Gray(3), ConvertFrame(padded, QSize(2, 2)).pixel(0, 1));
+              Convert(4, 2, PixelFormat::Mono8, {0, 255, 0, 255, 255, 0, 255, 0}, QSize(2, 1))
+                  .pixel(1, 0));
+    word = 0xABC << 4;
+    std::memcpy(bytes.data(), &word, 2);
+    EXPECT_EQ(qRgb(0xAB, 0xAB, 0xAB),
+              Convert(1, 1, PixelFormat::Mono16, bytes, QSize(1, 1)).pixel(0, 0));
+    EXPECT_EQ(qRgb(10, 25, 40), Convert(3, 3, PixelFormat::BayerRG8,
+                                        {10, 20, 10, 30, 40, 30, 10, 20, 10}, QSize(3, 3))
+                                    .pixel(2, 2));
+    const Frame padded{2, 2, PixelFormat::Mono8, 4, 0, {1, 2, 99, 99, 3, 4, 99, 99}};
+    EXPECT_EQ(qRgb(3, 3, 3), ConvertFrame(padded, QSize(2, 2)).pixel(0, 1));
     EXPECT_TRUE(Convert(2, 1, PixelFormat::Mono8, {1, 2}, QSize()).isNull());
     EXPECT_TRUE(Convert(2, 2, PixelFormat::Mono8, {1, 2}, QSize(2, 2)).isNull());
     EXPECT_TRUE(Convert(1, 1, PixelFormat::BayerRG8, {1}, QSize(1, 1)).isNull());
@@ -126,26 +110,14 @@ TEST(ImagePane, ShowsTheNewestFrameAndDropsThoseItCannotShowInTime)
     EXPECT_EQ(2u, pane.FramesShown());
     EXPECT_TRUE(pane.StatisticsText().contains("received: 30"));
 
-    // The image fills the pane's width at the frame's aspect ratio.
-    const QImage shown = pane.grab().toImage();
-    QSet<QRgb> colours;
-    for (int x = 0; x < shown.width(); ++x) {
-        colours << shown.pixel(x, shown.height() / 2);
-    }
-    EXPECT_GE(colours.size(), 2);
-    EXPECT_NE(qRgb(32, 32, 32), shown.pixel(0, shown.height() / 2));
-
     camera->SetFrameHandler(FrameHandler());
 
     // An image converted before the pane is cleared never shows; of the
     // frames after it, the newest is shown last.
     const FrameHandler handler = pane.Handler();
     auto offer = [&handler](unsigned char level) {
-        std::shared_ptr<Frame> frame = std::make_shared<Frame>();
-        frame->width = frame->height = 4;
-        frame->stride = 4;
-        frame->data.assign(16, level);
-        handler(frame);
+        handler(std::make_shared<Frame>(
+            Frame{4, 4, PixelFormat::Mono8, 4, 0, std::vector<unsigned char>(16, level)}));
     };
     offer(10);
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
@@ -156,7 +128,8 @@ TEST(ImagePane, ShowsTheNewestFrameAndDropsThoseItCannotShowInTime)
     for (unsigned char level : {20, 30, 40}) {
         offer(level);
     }
-    EXPECT_TRUE(ProcessUntil([&] { return pane.grab().toImage().pixel(60, 60) == Gray(40); }));
+    EXPECT_TRUE(
+        ProcessUntil([&] { return pane.grab().toImage().pixel(60, 60) == qRgb(40, 40, 40); }));
     EXPECT_EQ(3u, pane.FramesReceived());
 }
 
