@@ -12,6 +12,7 @@
 #include <QTimer>
 
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -221,15 +222,19 @@ QPixmap RubberBandLabel::ShownPicture() const
         return QPixmap();
     }
     QImage composed(shown, QImage::Format_ARGB32_Premultiplied);
-    composed.fill(m_Tint);
     const double scale = ScreenScale();
+    const QRectF target(m_PictureArea.x() * scale, m_PictureArea.y() * scale,
+                        m_PictureArea.width() * scale, m_PictureArea.height() * scale);
+    // A host scales the picture for the label, so it nearly always covers
+    // it at its own size: no tint below, no smoothing needed.
+    if (!target.contains(QRectF(composed.rect()))) {
+        composed.fill(m_Tint);
+    }
     QPainter painter(&composed);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRectF(m_PictureArea.x() * scale, m_PictureArea.y() * scale,
-                             m_PictureArea.width() * scale, m_PictureArea.height() * scale),
-                      m_Picture);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, target.size() != m_Picture.size());
+    painter.drawImage(target, m_Picture);
     painter.end();
-    return QPixmap::fromImage(composed);
+    return QPixmap::fromImage(std::move(composed));
 }
 
 void RubberBandLabel::resizeEvent(QResizeEvent* event)
