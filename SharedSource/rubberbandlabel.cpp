@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPalette>
 #include <QPointer>
 #include <QResizeEvent>
@@ -11,6 +12,7 @@
 #include <QTimer>
 
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -68,6 +70,7 @@ RubberBandLabel::RubberBandLabel(int imageWidth, int imageHeight, const QColor& 
     m_Pixmap = QPixmap(imageWidth, imageHeight);
     QColor tint = color;
     FillPixmap(tint);
+    m_Tint = tint;
     setMask(MaskOfTransparentPixels(tint));
     // Scaled to its own size the picture comes back shared, not copied.
     setPixmap(
@@ -199,9 +202,44 @@ void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
     emit UpdateGeometry(top, left, width, height);
 }
 
+void RubberBandLabel::SetPicture(const QImage& picture, const QRect& area)
+{
+    m_Picture = picture;
+    m_PictureArea = area;
+    setPixmap(ShownPicture());
+}
+
+// The tinted picture scaled to the label, or, once there is a picture of the
+// image, that picture on the tint, placed by the band's own scale so that
+// band and picture agree.
+QPixmap RubberBandLabel::ShownPicture() const
+{
+    if (m_Picture.isNull()) {
+        return m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    }
+    const QSize shown = QSize(m_ImageWidth, m_ImageHeight).scaled(size(), Qt::KeepAspectRatio);
+    if (shown.isEmpty()) {
+        return QPixmap();
+    }
+    QImage composed(shown, QImage::Format_ARGB32_Premultiplied);
+    const double scale = ScreenScale();
+    const QRectF target(m_PictureArea.x() * scale, m_PictureArea.y() * scale,
+                        m_PictureArea.width() * scale, m_PictureArea.height() * scale);
+    // A host scales the picture for the label, so it nearly always covers
+    // it at its own size: no tint below, no smoothing needed.
+    if (!target.contains(QRectF(composed.rect()))) {
+        composed.fill(m_Tint);
+    }
+    QPainter painter(&composed);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, target.size() != m_Picture.size());
+    painter.drawImage(target, m_Picture);
+    painter.end();
+    return QPixmap::fromImage(std::move(composed));
+}
+
 void RubberBandLabel::resizeEvent(QResizeEvent* event)
 {
-    setPixmap(m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    setPixmap(ShownPicture());
     // A resize while hidden reaches the next show with no old size to scale
     // from; the stored region places the band at once then.
     if (m_RubberBand && event->oldSize().isValid()) {

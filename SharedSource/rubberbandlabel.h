@@ -2,6 +2,7 @@
 #define RUBBERBANDLABEL_H
 
 #include <QColor>
+#include <QImage>
 #include <QLabel>
 #include <QPixmap>
 #include <QRegion>
@@ -13,7 +14,8 @@ class QRubberBand;
 // rectangle in image pixels and can be moved and resized with the mouse; the
 // label reports what the user did as rectangles in image pixels, always in the
 // order top, left, width, height. It knows nothing of where the image or the
-// region come from.
+// region come from. Given a picture of the image, it shows that picture
+// under the band instead of the tint.
 class RubberBandLabel : public QLabel
 {
     Q_OBJECT
@@ -25,6 +27,9 @@ public:
 
     // Stores the region and places the band for it, once the band exists.
     void SetBandGeometry(int top, int left, int width, int height);
+    // Shows picture over area, a rectangle in image pixels, from now on;
+    // what area leaves of the image stays tinted.
+    void SetPicture(const QImage& picture, const QRect& area);
 
     // Whether a press on the band started a move or a resize that hasn't
     // been released yet.
@@ -55,6 +60,7 @@ private slots:
 
 private:
     void FillPixmap(QColor& color);
+    QPixmap ShownPicture() const;
     QRegion MaskOfTransparentPixels(const QColor& fill) const;
     bool IsResizing() const;
     double ScreenScale() const;
@@ -77,6 +83,9 @@ private:
     bool m_ResizingRight = false;
     bool m_ResizingTop = false;
     bool m_ResizingBottom = false;
+    QColor m_Tint;
+    QImage m_Picture;
+    QRect m_PictureArea;
     int m_Top = -1;
     int m_Left = 0;
     int m_Width;

@@ -446,6 +446,22 @@ void AutoROIWidget::MakePreview()
             SLOT(OnUpdateGeometry(int, int, int, int)));
 }
 
+QSize AutoROIWidget::PreviewImageSize() const
+{
+    if (!m_RubberBandLabel->isVisible()) {
+        return QSize();
+    }
+    return QSize(m_RubberBandLabel->GetFittedWidth(), m_RubberBandLabel->GetFittedHeight());
+}
+
+// The band stands in image coordinates in every family (an AutoMode region
+// is moved by the image's offset before it is placed), so the frame's pixels
+// map one to one onto the preview's reference pixels.
+void AutoROIWidget::ShowCameraImage(const QImage& image, const QSize& frameSize)
+{
+    m_RubberBandLabel->SetPicture(image, QRect(QPoint(0, 0), frameSize));
+}
+
 // A region of no height or width counts as invalid here, though the
 // messages of LoadRegion let it pass.
 bool AutoROIWidget::IsDSPRegionValid()

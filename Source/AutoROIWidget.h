@@ -29,6 +29,13 @@ public:
     AutoROIWidget(const QSharedPointer<FeatureVector>& features, QWidget* parent);
     ~AutoROIWidget() override;
 
+    // The size in pixels at which the preview draws the camera's image; empty
+    // while the preview isn't shown.
+    QSize PreviewImageSize() const;
+    // Shows the camera's image, made from a frame of frameSize pixels, under
+    // the band until the next one comes.
+    void ShowCameraImage(const QImage& image, const QSize& frameSize);
+
 protected:
     void HandleChangedFeatures() override;
 

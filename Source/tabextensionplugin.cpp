@@ -36,6 +36,24 @@ void TabExtensionPlugin::OnCamIsStreaming(bool streaming)
     emit camStreaming(streaming);
 }
 
+AutoROIWidget* TabExtensionPlugin::TabOf(QWidget* page)
+{
+    return page ? page->findChild<AutoROIWidget*>(QString(), Qt::FindDirectChildrenOnly) : nullptr;
+}
+
+QSize TabExtensionPlugin::TabImageSize(QWidget* page)
+{
+    AutoROIWidget* tab = TabOf(page);
+    return tab ? tab->PreviewImageSize() : QSize();
+}
+
+void TabExtensionPlugin::SetTabImage(QWidget* page, const QImage& image, const QSize& frameSize)
+{
+    if (AutoROIWidget* tab = TabOf(page)) {
+        tab->ShowCameraImage(image, frameSize);
+    }
+}
+
 #define TAB_PLUGIN_STRINGIFY(x) #x
 #define TAB_PLUGIN_TO_TEXT(x) TAB_PLUGIN_STRINGIFY(x)
 

@@ -3,24 +3,17 @@
 // much of the time the GUI thread is busy. Prints a table; never fails.
 
 #include "ImagePane.h"
+#include "StreamedFrames.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 
-#include <chrono>
 #include <cstdio>
-#include <ctime>
-#include <thread>
-#include <vector>
-
-using namespace KST::TrkAPI;
 
 namespace {
 
 const double FrameRate = 30.0;
 const int SecondsPerSize = 4;
-const int FramesInRotation = 3;
 
 struct Size
 {
@@ -29,59 +22,18 @@ struct Size
     int height;
 };
 
-double ThreadSeconds()
-{
-    timespec now;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return now.tv_sec + now.tv_nsec * 1e-9;
-}
-
-// A few different frames, as a camera's buffers would be, with a gradient
-// so that conversion reads real data.
-std::vector<FramePtr> MakeFrames(const Size& size)
-{
-    std::vector<FramePtr> frames;
-    for (int i = 0; i < FramesInRotation; ++i) {
-        std::shared_ptr<Frame> frame = std::make_shared<Frame>();
-        frame->width = size.width;
-        frame->height = size.height;
-        frame->format = PixelFormat::Mono8;
-        frame->stride = size.width;
-        frame->data.resize(static_cast<size_t>(size.width) * size.height);
-        for (size_t p = 0; p < frame->data.size(); ++p) {
-            frame->data[p] = static_cast<unsigned char>(p * (i + 1) / 7);
-        }
-        frames.push_back(frame);
-    }
-    return frames;
-}
-
 void Measure(const Size& size)
 {
-    const std::vector<FramePtr> frames = MakeFrames(size);
+    const StreamedFrames frames(size.width, size.height);
     ImagePane pane;
     pane.resize(860, 560);
     pane.show();
     QApplication::processEvents();
-    const FrameHandler handler = pane.Handler();
 
-    const int total = static_cast<int>(FrameRate * SecondsPerSize);
-    QEventLoop loop;
     QElapsedTimer wall;
     wall.start();
     const double guiStart = ThreadSeconds();
-    std::thread camera([&] {
-        const auto period = std::chrono::duration<double>(1.0 / FrameRate);
-        auto due = std::chrono::steady_clock::now();
-        for (int i = 0; i < total; ++i) {
-            std::this_thread::sleep_until(due);
-            handler(frames[i % frames.size()]);
-            due += std::chrono::duration_cast<std::chrono::steady_clock::duration>(period);
-        }
-        QMetaObject::invokeMethod(&loop, "quit", Qt::QueuedConnection);
-    });
-    loop.exec();
-    camera.join();
+    frames.Stream(pane.Handler(), FrameRate, static_cast<int>(FrameRate * SecondsPerSize));
     const double seconds = wall.elapsed() / 1000.0;
     const double guiBusy = ThreadSeconds() - guiStart;
 

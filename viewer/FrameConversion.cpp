@@ -37,53 +37,127 @@ bool IsBayer(PixelFormat format)
            format == PixelFormat::BayerGB8 || format == PixelFormat::BayerBG8;
 }
 
-QRgb Gray(int value)
+QRgb Gray(quint64 value)
 {
-    return qRgb(value, value, value);
+    return qRgb(int(value), int(value), int(value));
 }
 
-// One output row from the source row y, sampling the columns in columns.
-void ConvertRow(const Frame& frame, int y, const std::vector<int>& columns, QRgb* out)
+// The source units that one output pixel covers along an axis: all of them
+// when shrinking, so that they are averaged, and at least one when enlarging.
+struct Span
 {
-    const unsigned char* row = frame.data.data() + static_cast<size_t>(y) * frame.stride;
-    const size_t width = columns.size();
-    switch (frame.format) {
-    case PixelFormat::Mono8:
-        for (size_t i = 0; i < width; ++i) {
-            out[i] = Gray(row[columns[i]]);
-        }
-        break;
-    case PixelFormat::Mono16:
-        // The upper byte of a native 16-bit word, whatever the byte order.
-        for (size_t i = 0; i < width; ++i) {
-            unsigned short value;
-            std::memcpy(&value, row + 2 * columns[i], sizeof value);
-            out[i] = Gray(value >> 8);
-        }
-        break;
-    case PixelFormat::RGB8:
-        for (size_t i = 0; i < width; ++i) {
-            const unsigned char* pixel = row + 3 * columns[i];
-            out[i] = qRgb(pixel[0], pixel[1], pixel[2]);
-        }
-        break;
-    default: {
-        const BayerCell cell = CellOf(frame.format);
-        const int top = std::min(y & ~1, frame.height - 2);
-        const unsigned char* rows[2] = {frame.data.data() + static_cast<size_t>(top) * frame.stride,
-                                        frame.data.data() +
-                                            static_cast<size_t>(top + 1) * frame.stride};
-        for (size_t i = 0; i < width; ++i) {
-            const int left = std::min(columns[i] & ~1, frame.width - 2);
-            const int values[4] = {rows[0][left], rows[0][left + 1], rows[1][left],
-                                   rows[1][left + 1]};
-            const int green = (values[0] + values[1] + values[2] + values[3] - values[cell.red] -
-                               values[cell.blue]) /
-                              2;
-            out[i] = qRgb(values[cell.red], green, values[cell.blue]);
-        }
-        break;
+    int first;
+    int count;
+};
+
+std::vector<Span> SpansOf(int units, int outputs)
+{
+    std::vector<Span> spans(static_cast<size_t>(outputs));
+    for (int o = 0; o < outputs; ++o) {
+        const int first = static_cast<int>(qint64(o) * units / outputs);
+        const int end = static_cast<int>(qint64(o + 1) * units / outputs);
+        spans[static_cast<size_t>(o)] = {first, std::max(1, end - first)};
     }
+    return spans;
+}
+
+// Colour sums of the units of one output pixel.
+struct Sums
+{
+    quint64 red = 0;
+    quint64 green = 0;
+    quint64 blue = 0;
+};
+
+// The units of each format: a pixel, or for Bayer the 2 x 2 cell, which
+// keeps the colours in place also in the last row and column of a frame of
+// odd size (its lone pixels are left out). Add() sums unit u of the unit row
+// whose source lines are given; Pixel() averages count units.
+struct Mono8Unit
+{
+    static const int Size = 1;
+    void Add(const unsigned char* const* lines, int u, Sums& sums) const
+    {
+        sums.red += lines[0][u];
+    }
+    QRgb Pixel(const Sums& sums, quint64 count) const { return Gray(sums.red / count); }
+};
+
+struct Mono16Unit
+{
+    static const int Size = 1;
+    // The upper byte of a native 16-bit word, whatever the byte order.
+    void Add(const unsigned char* const* lines, int u, Sums& sums) const
+    {
+        unsigned short value;
+        std::memcpy(&value, lines[0] + 2 * u, sizeof value);
+        sums.red += value;
+    }
+    QRgb Pixel(const Sums& sums, quint64 count) const { return Gray(sums.red / count >> 8); }
+};
+
+struct Rgb8Unit
+{
+    static const int Size = 1;
+    void Add(const unsigned char* const* lines, int u, Sums& sums) const
+    {
+        const unsigned char* pixel = lines[0] + 3 * u;
+        sums.red += pixel[0];
+        sums.green += pixel[1];
+        sums.blue += pixel[2];
+    }
+    QRgb Pixel(const Sums& sums, quint64 count) const
+    {
+        return qRgb(int(sums.red / count), int(sums.green / count), int(sums.blue / count));
+    }
+};
+
+struct BayerUnit
+{
+    static const int Size = 2;
+    BayerCell cell;
+    // Green takes both of the cell's greens, so it counts twice.
+    void Add(const unsigned char* const* lines, int u, Sums& sums) const
+    {
+        const int values[4] = {lines[0][2 * u], lines[0][2 * u + 1], lines[1][2 * u],
+                               lines[1][2 * u + 1]};
+        sums.red += values[cell.red];
+        sums.blue += values[cell.blue];
+        sums.green +=
+            values[0] + values[1] + values[2] + values[3] - values[cell.red] - values[cell.blue];
+    }
+    QRgb Pixel(const Sums& sums, quint64 count) const
+    {
+        return qRgb(int(sums.red / count), int(sums.green / (2 * count)), int(sums.blue / count));
+    }
+};
+
+// Each output pixel is the mean of the units it covers.
+template <typename Unit>
+void Resample(const Frame& frame, const Unit& unit, QImage& image)
+{
+    const std::vector<Span> across = SpansOf(frame.width / Unit::Size, image.width());
+    const std::vector<Span> down = SpansOf(frame.height / Unit::Size, image.height());
+    std::vector<Sums> sums(across.size());
+    for (int y = 0; y < image.height(); ++y) {
+        std::fill(sums.begin(), sums.end(), Sums());
+        const Span rows = down[static_cast<size_t>(y)];
+        for (int v = rows.first; v < rows.first + rows.count; ++v) {
+            const unsigned char* top =
+                frame.data.data() + static_cast<size_t>(v) * Unit::Size * frame.stride;
+            const unsigned char* lines[2] = {top, top + (Unit::Size - 1) * frame.stride};
+            for (size_t x = 0; x < across.size(); ++x) {
+                Sums sum = sums[x];
+                for (int u = across[x].first; u < across[x].first + across[x].count; ++u) {
+                    unit.Add(lines, u, sum);
+                }
+                sums[x] = sum;
+            }
+        }
+        QRgb* out = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (size_t x = 0; x < across.size(); ++x) {
+            out[x] = unit.Pixel(sums[x], quint64(across[x].count) * quint64(rows.count));
+        }
     }
 }
 
@@ -113,13 +187,19 @@ QImage ConvertFrame(const Frame& frame, const QSize& bounds)
         return QImage();
     }
     QImage image(size, QImage::Format_RGB32);
-    std::vector<int> columns(size.width());
-    for (int x = 0; x < size.width(); ++x) {
-        columns[x] = static_cast<int>((x + 0.5) * frame.width / size.width());
-    }
-    for (int y = 0; y < size.height(); ++y) {
-        const int source = static_cast<int>((y + 0.5) * frame.height / size.height());
-        ConvertRow(frame, source, columns, reinterpret_cast<QRgb*>(image.scanLine(y)));
+    switch (frame.format) {
+    case PixelFormat::Mono8:
+        Resample(frame, Mono8Unit(), image);
+        break;
+    case PixelFormat::Mono16:
+        Resample(frame, Mono16Unit(), image);
+        break;
+    case PixelFormat::RGB8:
+        Resample(frame, Rgb8Unit(), image);
+        break;
+    default:
+        Resample(frame, BayerUnit{CellOf(frame.format)}, image);
+        break;
     }
     return image;
 }

@@ -11,9 +11,9 @@
 QSize FitInto(const QSize& image, const QSize& bounds);
 
 // The frame as a displayable image scaled to fit into bounds, converted and
-// scaled in one pass that reads only the pixels it shows, so that the cost
-// follows the display's size rather than the camera's. Mono16 shows its upper
-// byte; Bayer frames take each colour from the 2 x 2 cell of the pixel.
+// scaled in one pass. Shrinking averages every pixel that an image pixel
+// covers, so that fine patterns don't alias. Mono16 shows its upper byte;
+// Bayer frames take each colour from the 2 x 2 cell of the pixel.
 QImage ConvertFrame(const KST::TrkAPI::Frame& frame, const QSize& bounds);
 
 #endif

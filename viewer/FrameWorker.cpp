@@ -38,6 +38,12 @@ void FrameWorker::SetTargetSize(const QSize& size)
     m_Wake.notify_all();
 }
 
+void FrameWorker::SetCopySize(const QSize& size)
+{
+    std::lock_guard<std::mutex> lock(m_Lock);
+    m_CopySize = size;
+}
+
 void FrameWorker::TakeImage()
 {
     {
@@ -53,12 +59,19 @@ void FrameWorker::Reset()
     std::lock_guard<std::mutex> lock(m_Lock);
     dropped.swap(m_Waiting);
     m_Received = 0;
+    ++m_Generation;
 }
 
 quint64 FrameWorker::FramesReceived() const
 {
     std::lock_guard<std::mutex> lock(m_Lock);
     return m_Received;
+}
+
+quint64 FrameWorker::Generation() const
+{
+    std::lock_guard<std::mutex> lock(m_Lock);
+    return m_Generation;
 }
 
 void FrameWorker::Run()
@@ -74,9 +87,12 @@ void FrameWorker::Run()
         KST::TrkAPI::FramePtr frame;
         frame.swap(m_Waiting);
         const QSize size = m_TargetSize;
+        const QSize copySize = m_CopySize;
+        const quint64 generation = m_Generation;
         m_ImageOut = true;
         lock.unlock();
         const QImage image = ConvertFrame(*frame, size);
+        const QSize frameSize(frame->width, frame->height);
         // The camera may reuse the frame's memory from here on.
         frame.reset();
         if (image.isNull()) {
@@ -84,7 +100,13 @@ void FrameWorker::Run()
             m_ImageOut = false;
             continue;
         }
-        emit imageConverted(image);
+        // Qt's smooth shrinking averages too; from the display's image it
+        // costs little whatever the camera's size.
+        QImage copy;
+        if (!copySize.isEmpty()) {
+            copy = image.scaled(copySize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        }
+        emit imageConverted(image, copy, frameSize, generation);
         lock.lock();
     }
 }

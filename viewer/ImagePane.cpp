@@ -16,8 +16,8 @@ ImagePane::ImagePane(QWidget* parent)
     setObjectName(QStringLiteral("imagePane"));
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(160, 120);
-    connect(m_Worker, SIGNAL(imageConverted(QImage)), this, SLOT(OnImageConverted(QImage)));
-    connect(m_StatisticsTimer, SIGNAL(timeout()), this, SLOT(OnStatisticsTimeout()));
+    connect(m_Worker, &FrameWorker::imageConverted, this, &ImagePane::OnImageConverted);
+    connect(m_StatisticsTimer, &QTimer::timeout, this, &ImagePane::OnStatisticsTimeout);
     m_StatisticsTimer->start(StatisticsPeriodMs);
     m_SinceLastCount.start();
 }
@@ -44,6 +44,11 @@ void ImagePane::Clear()
     m_SinceLastCount.restart();
     emit statisticsChanged(StatisticsText());
     update();
+}
+
+void ImagePane::SetCopySize(const QSize& size)
+{
+    m_Worker->SetCopySize(size);
 }
 
 quint64 ImagePane::FramesReceived() const
@@ -90,13 +95,21 @@ void ImagePane::resizeEvent(QResizeEvent*)
     m_Worker->SetTargetSize(size());
 }
 
-void ImagePane::OnImageConverted(const QImage& image)
+void ImagePane::OnImageConverted(const QImage& image, const QImage& copy, const QSize& frameSize,
+                                 quint64 generation)
 {
+    m_Worker->TakeImage();
+    // Made before the last Clear(): of a camera that is gone.
+    if (generation != m_Worker->Generation()) {
+        return;
+    }
     m_Image = image;
     ++m_Shown;
-    m_Worker->TakeImage();
     update();
     emit frameShown(m_Shown);
+    if (!copy.isNull()) {
+        emit copyShown(copy, frameSize);
+    }
 }
 
 void ImagePane::OnStatisticsTimeout()

@@ -13,7 +13,7 @@ class QTimer;
 // The camera's live image, scaled to fit and keeping its aspect ratio. The
 // camera's frames go to Handler(); a worker converts them off the GUI thread,
 // and the pane counts the frames received and shown and the rate at which
-// they are shown.
+// they are shown. On request each image shown comes with a smaller copy.
 class ImagePane : public QWidget
 {
     Q_OBJECT
@@ -24,8 +24,11 @@ public:
 
     // For Device::SetFrameHandler; valid while the pane exists.
     KST::TrkAPI::FrameHandler Handler() const;
-    // Empties the pane and restarts the counts, for another camera.
+    // Empties the pane and restarts the counts, for another camera; an image
+    // already on its way is dropped.
     void Clear();
+    // Size into which the copies of copyShown are scaled; none while empty.
+    void SetCopySize(const QSize& size);
 
     quint64 FramesReceived() const;
     quint64 FramesShown() const { return m_Shown; }
@@ -37,6 +40,8 @@ public:
 
 signals:
     void frameShown(quint64 shown);
+    // A copy of the image just shown, of a frame of frameSize pixels.
+    void copyShown(const QImage& copy, const QSize& frameSize);
     void statisticsChanged(const QString& text);
 
 protected:
@@ -44,7 +49,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private slots:
-    void OnImageConverted(const QImage& image);
+    void OnImageConverted(const QImage& image, const QImage& copy, const QSize& frameSize,
+                          quint64 generation);
     void OnStatisticsTimeout();
 
 private:

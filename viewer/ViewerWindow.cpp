@@ -6,6 +6,7 @@
 #include "OpenedCamera.h"
 
 #include <TabExtensionInterface.h>
+#include <TabImageInterface.h>
 
 #include <QComboBox>
 #include <QHeaderView>
@@ -134,6 +135,8 @@ QWidget* ViewerWindow::BuildImagePane(QWidget* featurePane)
     m_FrameStatus = new QLabel(m_ImagePane->StatisticsText());
     statusBar()->addPermanentWidget(m_FrameStatus);
     connect(m_ImagePane, SIGNAL(statisticsChanged(QString)), m_FrameStatus, SLOT(setText(QString)));
+    connect(m_ImagePane, &ImagePane::frameShown, this, &ViewerWindow::AskTabImageSize);
+    connect(m_ImagePane, &ImagePane::copyShown, this, &ViewerWindow::OfferTabImage);
     QSplitter* imageAndFeatures = new QSplitter(Qt::Vertical);
     imageAndFeatures->addWidget(m_ImagePane);
     imageAndFeatures->addWidget(featurePane);
@@ -201,6 +204,36 @@ void ViewerWindow::OnCameraLost(const QString& message)
     CloseCamera();
     statusBar()->showMessage(message);
     PrintLine(message);
+}
+
+// Every page goes to every plug-in that takes images; a plug-in passes over
+// the pages of others.
+void ViewerWindow::ForEachImageTab(const std::function<void(TabImageInterface*, QWidget*)>& visit)
+{
+    for (const LoadedTabPlugin& loaded : m_Plugins) {
+        TabImageInterface* images = qobject_cast<TabImageInterface*>(loaded.plugin);
+        for (int index = 0; images && index < m_Pages->count(); ++index) {
+            visit(images, m_Pages->widget(index));
+        }
+    }
+}
+
+// Copies are made for the largest image a tab wants; the tabs may be resized
+// between frames, so they are asked at each one.
+void ViewerWindow::AskTabImageSize()
+{
+    QSize largest;
+    ForEachImageTab([&largest](TabImageInterface* images, QWidget* page) {
+        largest = largest.expandedTo(images->TabImageSize(page));
+    });
+    m_ImagePane->SetCopySize(largest);
+}
+
+void ViewerWindow::OfferTabImage(const QImage& copy, const QSize& frameSize)
+{
+    ForEachImageTab([&](TabImageInterface* images, QWidget* page) {
+        images->SetTabImage(page, copy, frameSize);
+    });
 }
 
 void ViewerWindow::CloseCamera()

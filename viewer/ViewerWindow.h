@@ -5,6 +5,7 @@
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 
 class FeatureTableModel;
@@ -18,13 +19,14 @@ class QTabWidget;
 class QTableView;
 class QTimer;
 class OpenedCamera;
+class TabImageInterface;
 
 // The viewer's main window: a camera selector and an acquisition button on
 // top, the tab extensions' pages for the opened camera on the left, and on
 // the right the camera's live image above its features, as they are now,
 // filtered by name; the status bar counts the frames. Each plug-in gets one
 // page per camera; closing the camera destroys the pages and with them the
-// tabs inside.
+// tabs inside. Plug-ins that take images get a small copy of each one shown.
 class ViewerWindow : public QMainWindow
 {
     Q_OBJECT
@@ -48,6 +50,8 @@ private slots:
     void OnCameraSelected(const QString& name);
     void OnAcquisitionToggled(bool acquiring);
     void OnCameraLost(const QString& message);
+    void AskTabImageSize();
+    void OfferTabImage(const QImage& copy, const QSize& frameSize);
 
 private:
     void BuildToolBar();
@@ -56,6 +60,7 @@ private:
     void CloseCamera();
     void CreateTabs();
     void ShowAcquiring(bool acquiring);
+    void ForEachImageTab(const std::function<void(TabImageInterface*, QWidget*)>& visit);
 
     QVector<LoadedTabPlugin> m_Plugins;
     bool m_Verbose;

@@ -95,6 +95,21 @@ TEST(RubberBandLabel, FitsThePictureAndMapsRegions)
     EXPECT_EQ(QSize(250, 125), narrow.label.sizeHint());
     // The mask keeps every pixel of the tinted picture, none is transparent.
     EXPECT_EQ(QRegion(0, 0, 1000, 500), narrow.label.mask());
+
+    // The tint until a picture comes; then the picture over its area at the
+    // band's scale (0.25), the tint around it, also after a resize.
+    EXPECT_EQ(QSize(250, 125), narrow.label.pixmap()->size());
+    const QRgb tinted = narrow.label.pixmap()->toImage().pixel(249, 124);
+    EXPECT_EQ(185, qAlpha(tinted));
+    QImage picture(100, 50, QImage::Format_RGB32);
+    picture.fill(Qt::white);
+    narrow.label.SetPicture(picture, QRect(200, 100, 400, 200));
+    narrow.label.resize(250, 260);
+    const QImage shown = narrow.label.pixmap()->toImage();
+    EXPECT_EQ(qRgb(255, 255, 255), shown.pixel(50, 25));
+    EXPECT_EQ(qRgb(255, 255, 255), shown.pixel(149, 74));
+    EXPECT_EQ(tinted, shown.pixel(49, 24));
+    EXPECT_EQ(tinted, shown.pixel(150, 75));
 }
 
 TEST(RubberBandLabel, EstimatesOnResizeAndPlacesExactlyLater)

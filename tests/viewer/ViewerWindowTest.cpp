@@ -3,6 +3,7 @@
 #include "ImagePane.h"
 
 #include <TabExtensionInterface.h>
+#include <TabImageInterface.h>
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -18,11 +19,13 @@
 
 namespace {
 
-// Stands in for a loaded plug-in: remembers the pages it was given and the
-// streaming states it was told, and declines with a chosen code.
-class FakeTabPlugin : public TabExtensionInterface
+// Stands in for a loaded plug-in: remembers the pages it was given, the
+// streaming states it was told and the sizes of the images it got, and
+// declines with a chosen code.
+class FakeTabPlugin : public TabExtensionInterface, public TabImageInterface
 {
     Q_OBJECT
+    Q_INTERFACES(TabExtensionInterface TabImageInterface)
 
 public:
     explicit FakeTabPlugin(qint32 result) : m_Result(result) {}
@@ -42,9 +45,17 @@ public:
         return connect(sender, signal, this, SLOT(OnStreaming(bool)));
     }
 
+    QSize TabImageSize(QWidget*) override { return QSize(120, 120); }
+    void SetTabImage(QWidget* page, const QImage& image, const QSize& frameSize) override
+    {
+        EXPECT_TRUE(pages.contains(page));
+        images << image.size() << frameSize;
+    }
+
     QVector<QPointer<QWidget>> pages;
     int cameraFeatures = 0;
     QVector<bool> streaming;
+    QVector<QSize> images;
 
 public slots:
     void OnStreaming(bool acquiring) { streaming << acquiring; }
@@ -142,10 +153,14 @@ TEST(ViewerWindow, AcquisitionShowsTheLiveImageAndStoppingEndsTheFrames)
     ImagePane* image = window.Image();
     QElapsedTimer timer;
     timer.start();
-    while (image->FramesShown() < 2 && timer.elapsed() < 30000) {
+    while ((image->FramesShown() < 2 || accepting.images.isEmpty()) && timer.elapsed() < 30000) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     }
     ASSERT_GE(image->FramesShown(), 2u);
+    // Once the pane knows the size the tab asks for, copies follow the frames.
+    ASSERT_GE(accepting.images.size(), 2);
+    EXPECT_EQ(accepting.images.at(0), QSize(120, 90));
+    EXPECT_EQ(accepting.images.at(1), QSize(2592, 1944));
 
     window.findChild<QPushButton*>("acquisitionButton")->click();
     EXPECT_EQ(accepting.streaming, QVector<bool>({true, false}));

@@ -1,0 +1,124 @@
+// The tab's preview fed with the live image, as the viewer feeds it, under a
+// camera at 30 frames per second of 1, 5 and 20 megapixels: the GUI thread's
+// time per image the tab takes, the frames shown per second, and the peak
+// memory of the process against the same run without images for the tab.
+// Each run is a process of its own, so that each peak is its own. Prints a
+// Markdown section; never fails.
+
+#include "BenchTab.h"
+#include "ImagePane.h"
+#include "SimFeatures.h"
+#include "StreamedFrames.h"
+#include "rubberbandlabel.h"
+
+#include <TarkaCPP/Sim/ReadyMadeCameras.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+
+#include <sys/resource.h>
+
+#include <cstdio>
+
+using namespace KST::TrkAPI;
+
+namespace {
+
+const double FrameRate = 30.0;
+const int SecondsPerRun = 4;
+const QSize PaneSize(860, 560);
+const double KilobytesPerMegabyte = 1024.0;
+
+struct Size
+{
+    const char* name;
+    int width;
+    int height;
+};
+
+const Size Sizes[] = {{"1 MP", 1280, 800}, {"5 MP", 2592, 1944}, {"20 MP", 5472, 3648}};
+
+// One run: prints images taken by the tab, GUI ms per image, frames shown per
+// second and the peak in MB.
+void Run(const Size& size, bool feedTab)
+{
+    const StreamedFrames frames(size.width, size.height);
+    std::unique_ptr<Sim::Camera> camera = Sim::MakeCamera("autofunction");
+    BenchPage page(MakeFeatureVector(*camera));
+    ImagePane pane;
+    pane.resize(PaneSize);
+    pane.show();
+    QApplication::processEvents();
+
+    // What the viewer does with each frame shown and each copy.
+    int updates = 0;
+    double updateSeconds = 0.0;
+    if (feedTab) {
+        QObject::connect(&pane, &ImagePane::frameShown,
+                         [&] { pane.SetCopySize(page.tab->PreviewImageSize()); });
+        QObject::connect(&pane, &ImagePane::copyShown,
+                         [&](const QImage& copy, const QSize& frameSize) {
+                             const double start = ThreadSeconds();
+                             page.tab->ShowCameraImage(copy, frameSize);
+                             page.tab->Preview()->repaint();
+                             updateSeconds += ThreadSeconds() - start;
+                             ++updates;
+                         });
+    }
+
+    QElapsedTimer wall;
+    wall.start();
+    frames.Stream(pane.Handler(), FrameRate, static_cast<int>(FrameRate * SecondsPerRun));
+    const double seconds = wall.elapsed() / 1000.0;
+
+    rusage usage;
+    getrusage(RUSAGE_SELF, &usage);
+    std::printf("%d %.3f %.1f %.1f\n", updates, updates ? 1000.0 * updateSeconds / updates : 0.0,
+                pane.FramesShown() / seconds, usage.ru_maxrss / KilobytesPerMegabyte);
+}
+
+// The figures of one run in a process of its own.
+QStringList RunApart(const char* program, int size, bool feedTab)
+{
+    QProcess run;
+    run.start(QString::fromLocal8Bit(program),
+              {QString::number(size), feedTab ? QStringLiteral("tab") : QStringLiteral("none")});
+    run.waitForFinished(-1);
+    return QString::fromLocal8Bit(run.readAllStandardOutput()).simplified().split(' ');
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    if (argc == 3) {
+        QApplication app(argc, argv);
+        Run(Sizes[atoi(argv[1])], qstrcmp(argv[2], "tab") == 0);
+        return 0;
+    }
+    std::printf("## Live image in the tab's preview\n\n"
+                "Goal: at most 1 ms of GUI thread per image the tab takes; the display keeping "
+                "up at 20 MP; peak memory at 20 MP at most 40 MB above the run without images "
+                "for the tab. Camera at %.0f frames/s for %d s, Mono8, image pane %d x %d, the "
+                "tab of the Autofunction camera beside it. GUI ms is the thread's CPU time of "
+                "handing the tab one image and repainting its preview.\n\n",
+                FrameRate, SecondsPerRun, PaneSize.width(), PaneSize.height());
+    std::printf("| Frame | Images to the tab | GUI ms per image | Shown/s | Shown/s without | "
+                "Peak MB | Peak MB without | Above |\n|---|---:|---:|---:|---:|---:|---:|---:|\n");
+    for (int size = 0; size < int(sizeof Sizes / sizeof Sizes[0]); ++size) {
+        const QStringList with = RunApart(argv[0], size, true);
+        const QStringList without = RunApart(argv[0], size, false);
+        if (with.size() < 4 || without.size() < 4) {
+            continue;
+        }
+        std::printf("| %s | %s | %s | %s | %s | %s | %s | %.1f |\n", Sizes[size].name,
+                    qPrintable(with[0]), qPrintable(with[1]), qPrintable(with[2]),
+                    qPrintable(without[2]), qPrintable(with[3]), qPrintable(without[3]),
+                    with[3].toDouble() - without[3].toDouble());
+    }
+    return 0;
+}
