@@ -15,7 +15,7 @@ viewer=$(find "$work/root" -path '*/bin/tabviewer')
 test -n "$(find "$work/root" -path '*/man1/tabviewer.1.gz')"
 test -n "$(find "$work/root" -name tabviewer.desktop)"
 # The viewer's own library comes from the unpacked tree.
-ldd "$viewer" | grep -q "libTarkaCPP.so.* => $work/root/"
+ldd "$(realpath "$viewer")" | grep -q "libTarkaCPP.so.* => $work/root/"
 
 environment=(PATH=/usr/bin:/bin HOME="$work" QT_QPA_PLATFORM=offscreen)
 for name in ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS; do
