@@ -177,8 +177,8 @@ static QStringList WindowTexts()
     FakeTabPlugin declining(7);
     ViewerWindow window({LoadedTabPlugin{"libno.so", &declining}}, false);
     window.OpenCamera("dsp");
-    QStringList texts{window.statusBar()->currentMessage()};
-    for (QWidget* widget : window.findChildren<QWidget*>() << &window) {
+    QStringList texts{window.windowTitle(), window.statusBar()->currentMessage()};
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
         for (const char* property : {"text", "placeholderText", "windowTitle"}) {
             texts << widget->property(property).toString();
         }
