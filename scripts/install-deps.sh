@@ -9,6 +9,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev
     libaravis-dev aravis-tools aravis-tools-cli libusb-1.0-0-dev pkg-config
     fontconfig fonts-dejavu-core
+    dpkg-dev file
 )
 
 missing=()

@@ -45,9 +45,9 @@ std::unique_ptr<OpenedCamera> OpenedCamera::Open(const QString& name, QString* e
         break;
     }
     if (!device) {
-        *error = reason.empty() ? QStringLiteral("No camera named %1").arg(name)
-                                : QStringLiteral("Cannot open camera %1: %2")
-                                      .arg(name, QString::fromStdString(reason));
+        *error = reason.empty()
+                     ? tr("No camera named %1").arg(name)
+                     : tr("Cannot open camera %1: %2").arg(name, QString::fromStdString(reason));
         return nullptr;
     }
     return std::unique_ptr<OpenedCamera>(new OpenedCamera(name, std::move(device)));
@@ -73,6 +73,6 @@ void OpenedCamera::OnConnectionCheck()
 {
     if (!m_Device->IsConnected()) {
         m_ConnectionCheck->stop();
-        emit connectionLost(QStringLiteral("Camera %1 was lost: it no longer answers").arg(m_Name));
+        emit connectionLost(tr("Camera %1 was lost: it no longer answers").arg(m_Name));
     }
 }

@@ -190,8 +190,8 @@ void ViewerWindow::OnCameraSelected(const QString& name)
 void ViewerWindow::OnAcquisitionToggled(bool acquiring)
 {
     if (m_Camera && !m_Camera->SetAcquiring(acquiring)) {
-        statusBar()->showMessage(
-            tr("The camera refused to %1 acquisition").arg(acquiring ? tr("start") : tr("stop")));
+        statusBar()->showMessage(acquiring ? tr("The camera refused to start acquisition")
+                                           : tr("The camera refused to stop acquisition"));
     }
     ShowAcquiring(acquiring);
     emit acquisitionChanged(acquiring);

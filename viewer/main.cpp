@@ -13,7 +13,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QLocale>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -44,6 +46,17 @@ int Fail(const QString& message, int code)
     return code;
 }
 
+// The window's own texts in the language of the locale, from --locale or the
+// system; the tabs load theirs themselves.
+void InstallTranslation(QTranslator& translation)
+{
+    const QString folder =
+        QDir(QApplication::applicationDirPath()).filePath(QStringLiteral("translations"));
+    if (translation.load(QLocale(), QStringLiteral("tabviewer"), QStringLiteral("_"), folder)) {
+        QApplication::installTranslator(&translation);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -57,6 +70,8 @@ int main(int argc, char** argv)
     ViewerOptions::ApplyLocale(argc, argv);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("tabviewer"));
+    QTranslator translation;
+    InstallTranslation(translation);
 
     ViewerOptions options;
     if (!options.Parse(QApplication::arguments())) {

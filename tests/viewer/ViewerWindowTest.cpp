@@ -14,6 +14,7 @@
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableView>
+#include <QTranslator>
 
 #include <gtest/gtest.h>
 
@@ -183,6 +184,34 @@ TEST(ViewerWindow, ACameraThatEveryPluginDeclinesGetsAPlaceholder)
     ASSERT_EQ(pages->count(), 1);
     EXPECT_EQ(pages->tabText(0), "None");
     EXPECT_TRUE(window.statusBar()->currentMessage().endsWith("with code 7"));
+}
+
+// The window's own words for a camera the plug-in declines.
+static QStringList WindowTexts()
+{
+    FakeTabPlugin declining(7);
+    ViewerWindow window({LoadedTabPlugin{"libno.so", &declining}}, false);
+    window.OpenCamera("dsp");
+    QStringList texts{window.windowTitle(), window.statusBar()->currentMessage()};
+    for (QWidget* widget : window.findChildren<QWidget*>()) {
+        for (const char* property : {"text", "placeholderText", "windowTitle"}) {
+            texts << widget->property(property).toString();
+        }
+    }
+    texts.removeAll(QString());
+    return texts;
+}
+
+TEST(ViewerWindow, InGermanNoEnglishTextOfItsOwnRemains)
+{
+    const QStringList english = WindowTexts();
+    QTranslator german;
+    ASSERT_TRUE(german.load("tabviewer_de", TAB_TRANSLATIONS_DIR));
+    QCoreApplication::installTranslator(&german);
+    for (const QString& text : WindowTexts()) {
+        EXPECT_FALSE(english.contains(text)) << qPrintable(text);
+    }
+    QCoreApplication::removeTranslator(&german);
 }
 
 #include "ViewerWindowTest.moc"
