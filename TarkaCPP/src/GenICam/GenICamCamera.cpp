@@ -5,6 +5,7 @@
 #include "Connection.h"
 #include "GenICamFeature.h"
 #include "ImageStream.h"
+#include "PowerUp.h"
 
 #include <algorithm>
 #include <fstream>
@@ -121,6 +122,7 @@ std::unique_ptr<Camera> Camera::OpenDescription(const std::string& file, std::st
     ArvDevice* device = arv_fake_device_new("GenICam", &failure);
     ArvCamera* camera = nullptr;
     if (device != nullptr) {
+        PowerUp(arv_device_get_genicam(device));
         camera = arv_camera_new_with_device(device, &failure);
         g_object_unref(device);
     }
