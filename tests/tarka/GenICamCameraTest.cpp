@@ -4,6 +4,7 @@
 #include "FeatureText.h"
 #include "GenICam/Connection.h"
 #include "ServerProcess.h"
+#include <arv.h>
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
 #include <QStandardPaths>
@@ -48,6 +49,22 @@ std::pair<long long, long long> Range(const FeaturePtr& feature)
     long long max = -1;
     EXPECT_EQ(feature->GetRange(min, max), 0);
     return {min, max};
+}
+
+// The id of the server's camera once discovery finds it, or empty: a
+// server needs a moment before it answers.
+std::string Discover(ServerProcess& server, const std::string& serial)
+{
+    const std::string wanted = "Aravis-Fake-" + serial;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (server.IsRunning() && std::chrono::steady_clock::now() < deadline) {
+        for (const std::string& found : Camera::DeviceIds()) {
+            if (found == wanted) {
+                return found;
+            }
+        }
+    }
+    return std::string();
 }
 
 bool Writable(const FeaturePtr& feature)
@@ -272,17 +289,7 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     ServerProcess server(tool.toStdString(),
                          {"-i", "127.0.0.1", "-s", serial, "-g", Description("automode")});
 
-    // The server needs a moment before it answers discovery.
-    const std::string wanted = "Aravis-Fake-" + serial;
-    std::string id;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (id.empty() && server.IsRunning() && std::chrono::steady_clock::now() < deadline) {
-        for (const std::string& found : Camera::DeviceIds()) {
-            if (found == wanted) {
-                id = found;
-            }
-        }
-    }
+    const std::string id = Discover(server, serial);
     ASSERT_FALSE(id.empty()) << "the fake GigE Vision camera was not discovered";
 
     std::string error;
@@ -310,4 +317,78 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
     EXPECT_FALSE(camera->IsConnected());
     EXPECT_EQ(offset->SetValue(1952LL), ErrorDeviceLost);
+}
+
+// tabcamera's device is shared: what the backend writes, a second client
+// through Aravis reads, and the other way round; its frames come at the
+// described size with the region's outline, and auto exposure follows it.
+TEST(GenICamCamera, ServedSimulatedCameraSharesItsValuesAndRendersTheScene)
+{
+    const std::string serial = ServerProcess::UniqueSerial("S");
+    ServerProcess server(TAB_CAMERA_SERVER, {"--family", "autofunction", "--serial", serial});
+    const std::string id = Discover(server, serial);
+    ASSERT_FALSE(id.empty()) << "tabcamera was not discovered";
+    std::string error;
+    std::unique_ptr<Camera> camera = Camera::Open(id, &error);
+    ASSERT_TRUE(camera) << error;
+    ArvCamera* other = arv_camera_new(id.c_str(), nullptr);
+    ASSERT_NE(other, nullptr);
+    auto otherInt = [&](const char* name) { return arv_camera_get_integer(other, name, nullptr); };
+
+    const std::pair<const char*, long long> region[] = {{"AutofunctionAOIWidth", 640},
+                                                        {"AutofunctionAOIHeight", 480},
+                                                        {"AutofunctionAOIOffsetX", 1000},
+                                                        {"AutofunctionAOIOffsetY", 500}};
+    for (const auto& value : region) {
+        EXPECT_EQ(camera->Find(value.first)->SetValue(value.second), 0);
+        EXPECT_EQ(otherInt(value.first), value.second) << value.first;
+    }
+    arv_camera_set_integer(other, "AutofunctionAOIOffsetX", 200, nullptr);
+    EXPECT_EQ(Int(camera->Find("AutofunctionAOIOffsetX")), 200);
+    arv_camera_set_integer(other, "Width", 1024, nullptr);
+    EXPECT_EQ(Range(camera->Find("AutofunctionAOIOffsetX")).second, 1024 - 640);
+
+    // A dim fixed exposure: only the outline is black or white.
+    arv_camera_set_integer(other, "Height", 768, nullptr);
+    arv_camera_set_string(other, "ExposureAuto", "Off", nullptr);
+    arv_camera_set_float(other, "ExposureTime", 2000.0, nullptr);
+    ArvStream* stream = arv_camera_create_stream(other, nullptr, nullptr, nullptr);
+    ASSERT_NE(stream, nullptr);
+    const gint payload = arv_camera_get_payload(other, nullptr);
+    for (int i = 0; i < 4; ++i) {
+        arv_stream_push_buffer(stream, arv_buffer_new(payload, nullptr));
+    }
+    arv_camera_start_acquisition(other, nullptr);
+    ArvBuffer* buffer = arv_stream_timeout_pop_buffer(stream, 5000000);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(arv_buffer_get_image_width(buffer), 1024);
+    EXPECT_EQ(arv_buffer_get_image_height(buffer), 768);
+    size_t size = 0;
+    const auto* pixels = static_cast<const unsigned char*>(arv_buffer_get_data(buffer, &size));
+    const auto at = [&](int x, int y) { return pixels[y * 1024 + x]; };
+    for (const std::pair<int, int>& corner : {std::make_pair(200, 500), std::make_pair(839, 979)}) {
+        EXPECT_TRUE(at(corner.first, std::min(corner.second, 767)) % 255 == 0);
+    }
+    EXPECT_FALSE(at(150, 450) % 255 == 0);
+    arv_stream_push_buffer(stream, buffer);
+
+    // Onto a bright tile, the exposure drops within a bounded time.
+    arv_camera_set_integer(other, "AutofunctionAOIOffsetX", 2 * 216 + 16, nullptr);
+    arv_camera_set_integer(other, "AutofunctionAOIOffsetY", 2 * 216 + 16, nullptr);
+    arv_camera_set_integer(other, "AutofunctionAOIWidth", 160, nullptr);
+    arv_camera_set_integer(other, "AutofunctionAOIHeight", 160, nullptr);
+    arv_camera_set_float(other, "ExposureTime", 10000.0, nullptr);
+    arv_camera_set_string(other, "ExposureAuto", "Continuous", nullptr);
+    double exposure = 10000.0;
+    for (int frame = 0; frame < 30 && exposure >= 8000.0; ++frame) {
+        buffer = arv_stream_timeout_pop_buffer(stream, 5000000);
+        if (buffer != nullptr) {
+            arv_stream_push_buffer(stream, buffer);
+        }
+        exposure = arv_camera_get_float(other, "ExposureTime", nullptr);
+    }
+    EXPECT_LT(exposure, 8000.0);
+    arv_camera_stop_acquisition(other, nullptr);
+    g_object_unref(stream);
+    g_object_unref(other);
 }
