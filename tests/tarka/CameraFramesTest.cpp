@@ -298,7 +298,8 @@ TEST(CameraFramesTest, AutoExposureHoldsItsLimitsEveryFrameAndOnceEnds)
         Rect spot;
         long long max;
     };
-    for (const Case& c : {Case{DarkSpot, lowered}, Case{BrightSpot, 50000}, Case{DarkSpot, 50000}}) {
+    for (const Case& c :
+         {Case{DarkSpot, lowered}, Case{BrightSpot, 50000}, Case{DarkSpot, 50000}}) {
         camera->SetFromCamera("ExposureAutoMax", c.max);
         camera->SetFromCamera("ExposureAuto", "Once");
         PlaceRegion(*camera, "autofunction", c.spot);

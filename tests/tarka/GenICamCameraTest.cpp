@@ -3,11 +3,9 @@
 
 #include "FeatureText.h"
 #include "GenICam/Connection.h"
-#include "ServerProcess.h"
-#include <arv.h>
+#include "ServedCamera.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
-
-#include <QStandardPaths>
+#include <arv.h>
 
 #include <gtest/gtest.h>
 
@@ -51,22 +49,6 @@ std::pair<long long, long long> Range(const FeaturePtr& feature)
     return {min, max};
 }
 
-// The id of the server's camera once discovery finds it, or empty: a
-// server needs a moment before it answers.
-std::string Discover(ServerProcess& server, const std::string& serial)
-{
-    const std::string wanted = "Aravis-Fake-" + serial;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (server.IsRunning() && std::chrono::steady_clock::now() < deadline) {
-        for (const std::string& found : Camera::DeviceIds()) {
-            if (found == wanted) {
-                return found;
-            }
-        }
-    }
-    return std::string();
-}
-
 bool Writable(const FeaturePtr& feature)
 {
     bool writable = false;
@@ -98,6 +80,20 @@ struct RecordingObserver : IFeatureObserver
     bool m_OnWriter = false;
 };
 
+// The names the observer is told of, once there are count or after a bound.
+std::vector<std::string> AwaitNames(RecordingObserver& observer, size_t count)
+{
+    std::vector<std::string> names;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (names.size() < count && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(Camera::PollPeriod / 5);
+        for (const std::string& name : observer.Names()) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
 } // namespace
 
 TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
@@ -128,7 +124,7 @@ TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
     EXPECT_FALSE(camera->Find("AutofunctionAOIOffsetXMax"));
     EXPECT_FALSE(camera->Find("Root"));
     EXPECT_EQ(FeatureText(camera->Features().front(), &Feature::GetName), "DeviceVendorName");
-    EXPECT_EQ(camera->Features().size(), 30u);
+    EXPECT_EQ(camera->Features().size(), 32u);
 }
 
 TEST(GenICamCamera, RefusesWritesOffRangeOffGridNotWritableOrUnavailableAndLimitsFollow)
@@ -250,14 +246,7 @@ TEST(GenICamCamera, ChangesMadeElsewhereAreFoundByPolling)
     }
     // Nothing asks the camera: its own polling finds the new width and the
     // offset's new limit.
-    std::vector<std::string> names;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (names.size() < 2 && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(Camera::PollPeriod / 5);
-        for (const std::string& name : raw->Names()) {
-            names.push_back(name);
-        }
-    }
+    std::vector<std::string> names = AwaitNames(*raw, 2);
     std::sort(names.begin(), names.end());
     EXPECT_EQ(names, std::vector<std::string>({"AutoModeRegionOffsetX", "AutoModeRegionWidth"}));
     EXPECT_FALSE(raw->m_OnWriter);
@@ -281,16 +270,9 @@ TEST(GenICamCamera, UnreadableDescriptionsAreRefusedWithoutNoise)
 
 TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
 {
-    const QString tool = QStandardPaths::findExecutable(QStringLiteral("arv-fake-gv-camera-0.8"));
-    if (tool.isEmpty()) {
-        GTEST_SKIP() << "arv-fake-gv-camera-0.8 (package aravis-tools) is not installed";
-    }
-    const std::string serial = ServerProcess::UniqueSerial("T");
-    ServerProcess server(tool.toStdString(),
-                         {"-i", "127.0.0.1", "-s", serial, "-g", Description("automode")});
-
-    const std::string id = Discover(server, serial);
-    ASSERT_FALSE(id.empty()) << "the fake GigE Vision camera was not discovered";
+    ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("automode"));
+    const std::string id = server.Id();
+    ASSERT_FALSE(id.empty()) << "tabcamera was not discovered";
 
     std::string error;
     std::unique_ptr<Camera> camera = Camera::Open(id, &error);
@@ -312,7 +294,7 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
 
     // A device that stops answering is lost: its calls fail from then on.
-    server.Kill();
+    server.Server().Kill();
     FeaturePtr status = camera->Find("AcquisitionStatus");
     EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
     EXPECT_FALSE(camera->IsConnected());
@@ -324,9 +306,8 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
 // described size with the region's outline, and auto exposure follows it.
 TEST(GenICamCamera, ServedSimulatedCameraSharesItsValuesAndRendersTheScene)
 {
-    const std::string serial = ServerProcess::UniqueSerial("S");
-    ServerProcess server(TAB_CAMERA_SERVER, {"--family", "autofunction", "--serial", serial});
-    const std::string id = Discover(server, serial);
+    ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("autofunction"));
+    const std::string id = server.Id();
     ASSERT_FALSE(id.empty()) << "tabcamera was not discovered";
     std::string error;
     std::unique_ptr<Camera> camera = Camera::Open(id, &error);
@@ -343,10 +324,28 @@ TEST(GenICamCamera, ServedSimulatedCameraSharesItsValuesAndRendersTheScene)
         EXPECT_EQ(camera->Find(value.first)->SetValue(value.second), 0);
         EXPECT_EQ(otherInt(value.first), value.second) << value.first;
     }
+    // What the other client writes, the backend's poll finds.
+    FeaturePtr offset = camera->Find("AutofunctionAOIOffsetX");
+    auto* raw = new RecordingObserver;
+    IFeatureObserverPtr observer(raw);
+    ASSERT_EQ(offset->RegisterObserver(observer), 0);
+    camera->WaitForNotifications();
+    raw->Names();
+    // GigE Vision lets one client control a camera: the backend's lends it.
+    ArvGvDevice* own = ARV_GV_DEVICE(camera->GetConnection()->AravisDevice());
+    ArvGvDevice* others = ARV_GV_DEVICE(arv_camera_get_device(other));
+    const auto lend = [&](ArvGvDevice* from, ArvGvDevice* to) {
+        std::lock_guard<std::timed_mutex> lock(camera->GetConnection()->AravisLock());
+        EXPECT_TRUE(arv_gv_device_leave_control(from, nullptr));
+        EXPECT_TRUE(arv_gv_device_take_control(to, nullptr));
+    };
+    lend(own, others);
     arv_camera_set_integer(other, "AutofunctionAOIOffsetX", 200, nullptr);
-    EXPECT_EQ(Int(camera->Find("AutofunctionAOIOffsetX")), 200);
+    EXPECT_EQ(AwaitNames(*raw, 1).size(), 1u);
+    EXPECT_EQ(Int(offset), 200);
     arv_camera_set_integer(other, "Width", 1024, nullptr);
-    EXPECT_EQ(Range(camera->Find("AutofunctionAOIOffsetX")).second, 1024 - 640);
+    EXPECT_EQ(AwaitNames(*raw, 1).size(), 1u);
+    EXPECT_EQ(Range(offset).second, 1024 - 640);
 
     // A dim fixed exposure: only the outline is black or white.
     arv_camera_set_integer(other, "Height", 768, nullptr);

@@ -214,9 +214,11 @@ void Camera::Refresh(std::unique_lock<std::mutex>& lock)
     }
     lock.unlock();
     std::vector<std::string> signatures;
+    connection.BypassRegisterCache(true);
     for (size_t index : watched) {
         signatures.push_back(connection.Signature(index));
     }
+    connection.BypassRegisterCache(false);
     lock.lock();
     // The written features first, as the camera took them, then the others.
     std::vector<size_t> changed(written.begin(), written.end());

@@ -51,12 +51,8 @@ long long NodeMapControls::Int(const std::string& name) const
 
 double NodeMapControls::Number(const std::string& name) const
 {
-    ArvGcNode* node = Node(name);
-    if (!ARV_IS_GC_FLOAT(node)) {
-        return static_cast<double>(Int(name));
-    }
-    return OrFallback<double>(
-        [&](GError** error) { return arv_gc_float_get_value(ARV_GC_FLOAT(node), error); }, 0.0);
+    return ARV_IS_GC_FLOAT(Node(name)) ? FloatRead(name, arv_gc_float_get_value)
+                                       : static_cast<double>(Int(name));
 }
 
 bool NodeMapControls::Bool(const std::string& name) const
@@ -90,22 +86,22 @@ std::string NodeMapControls::Text(const std::string& name) const
 
 double NodeMapControls::FloatMin(const std::string& name) const
 {
-    ArvGcNode* node = Node(name);
-    if (!ARV_IS_GC_FLOAT(node)) {
-        return 0.0;
-    }
-    return OrFallback<double>(
-        [&](GError** error) { return arv_gc_float_get_min(ARV_GC_FLOAT(node), error); }, 0.0);
+    return FloatRead(name, arv_gc_float_get_min);
 }
 
 double NodeMapControls::FloatMax(const std::string& name) const
+{
+    return FloatRead(name, arv_gc_float_get_max);
+}
+
+double NodeMapControls::FloatRead(const std::string& name,
+                                  double (*read)(ArvGcFloat*, GError**)) const
 {
     ArvGcNode* node = Node(name);
     if (!ARV_IS_GC_FLOAT(node)) {
         return 0.0;
     }
-    return OrFallback<double>(
-        [&](GError** error) { return arv_gc_float_get_max(ARV_GC_FLOAT(node), error); }, 0.0);
+    return OrFallback<double>([&](GError** error) { return read(ARV_GC_FLOAT(node), error); }, 0.0);
 }
 
 void NodeMapControls::SetFloat(const std::string& name, double value)

@@ -29,6 +29,8 @@ public:
 
 private:
     ArvGcNode* Node(const std::string& name) const;
+    // A read of a float node; zero for another node or a failure.
+    double FloatRead(const std::string& name, double (*read)(ArvGcFloat*, GError**)) const;
 
     ArvGc* m_Genicam;
 };

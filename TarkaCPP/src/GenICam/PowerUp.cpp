@@ -2,6 +2,7 @@
 
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
+#include <cmath>
 #include <string>
 #include <utility>
 
@@ -41,10 +42,21 @@ std::string TextOf(const FeaturePtr& feature,
     return text.c_str();
 }
 
-// Writes the model's value into the node when both are of one kind.
-void Copy(const FeaturePtr& feature, ArvGcNode* node, GError** error)
+// The value of an integer or float feature as a number.
+bool NumberOf(const FeaturePtr& feature, double& number)
 {
     long long integer = 0;
+    if (feature->GetValue(integer) == 0) {
+        number = static_cast<double>(integer);
+        return true;
+    }
+    return feature->GetValue(number) == 0;
+}
+
+// Writes the model's value into the node when both are of one kind, numbers
+// of either type being one.
+void Copy(const FeaturePtr& feature, ArvGcNode* node, GError** error)
+{
     double number = 0.0;
     bool flag = false;
     if (ARV_IS_GC_ENUMERATION(node)) {
@@ -54,9 +66,9 @@ void Copy(const FeaturePtr& feature, ArvGcNode* node, GError** error)
         }
     } else if (ARV_IS_GC_BOOLEAN(node) && feature->GetValue(flag) == 0) {
         arv_gc_boolean_set_value(ARV_GC_BOOLEAN(node), flag, error);
-    } else if (ARV_IS_GC_INTEGER(node) && feature->GetValue(integer) == 0) {
-        arv_gc_integer_set_value(ARV_GC_INTEGER(node), integer, error);
-    } else if (ARV_IS_GC_FLOAT(node) && feature->GetValue(number) == 0) {
+    } else if (ARV_IS_GC_INTEGER(node) && NumberOf(feature, number)) {
+        arv_gc_integer_set_value(ARV_GC_INTEGER(node), std::llround(number), error);
+    } else if (ARV_IS_GC_FLOAT(node) && NumberOf(feature, number)) {
         arv_gc_float_set_value(ARV_GC_FLOAT(node), number, error);
     }
 }

@@ -17,8 +17,8 @@ namespace GenICam {
 // The camera's own node map over its memory, and the simulation it drives.
 struct SimulatedSensor::Firmware
 {
-    Firmware(ArvDevice* device, ArvGc* genicam)
-        : device(device), genicam(genicam), controls(genicam)
+    Firmware(ArvFakeCamera* camera, ArvDevice* device, ArvGc* genicam)
+        : camera(camera), device(device), genicam(genicam), controls(genicam)
     {}
     ~Firmware()
     {
@@ -26,6 +26,7 @@ struct SimulatedSensor::Firmware
         g_object_unref(device);
     }
 
+    ArvFakeCamera* camera;
     ArvDevice* device;
     ArvGc* genicam;
     NodeMapControls controls;
@@ -34,20 +35,23 @@ struct SimulatedSensor::Firmware
 
 namespace {
 
-// Copies the frame into the buffer line by line; what the frame doesn't
-// cover stays black.
-void CopyFrame(const Frame* frame, ArvBuffer* buffer)
+// Copies the frame into the buffer, which the fake camera sized by its
+// "Height" register, line by line; what the frame doesn't cover stays black.
+void CopyFrame(const Frame* frame, ArvFakeCamera* camera, ArvBuffer* buffer)
 {
-    size_t size = 0;
-    auto* out = static_cast<unsigned char*>(const_cast<void*>(arv_buffer_get_data(buffer, &size)));
+    // The buffer holds at least the payload; its received size is set later.
+    size_t size = arv_fake_camera_get_payload(camera);
+    auto* out =
+        static_cast<unsigned char*>(const_cast<void*>(arv_buffer_get_data(buffer, nullptr)));
     std::memset(out, 0, size);
-    int height = arv_buffer_get_image_height(buffer);
-    if (frame == nullptr || height <= 0) {
+    guint32 height = 0;
+    arv_fake_camera_read_register(camera, ARV_FAKE_CAMERA_REGISTER_HEIGHT, &height);
+    if (frame == nullptr || height == 0) {
         return;
     }
-    size_t stride = size / static_cast<size_t>(height);
+    size_t stride = size / height;
     size_t line = std::min(stride, frame->stride);
-    for (int y = 0; y < std::min(height, frame->height); ++y) {
+    for (int y = 0; y < std::min(static_cast<int>(height), frame->height); ++y) {
         std::memcpy(out + y * stride, frame->data.data() + y * frame->stride, line);
     }
 }
@@ -57,7 +61,7 @@ void Fill(ArvBuffer* buffer, void* data, guint32, guint32, ArvPixelFormat)
     auto* firmware = static_cast<SimulatedSensor::Firmware*>(data);
     firmware->simulation.Prepare(firmware->controls);
     FramePtr frame = firmware->simulation.Render();
-    CopyFrame(frame.get(), buffer);
+    CopyFrame(frame.get(), firmware->camera, buffer);
     frame.reset();
     firmware->simulation.Finish(firmware->controls);
 }
@@ -73,7 +77,7 @@ SimulatedSensor::SimulatedSensor(ArvFakeCamera* camera) : m_Camera(camera)
     }
     ArvDevice* device = NewFakeCameraDevice(camera);
     ArvGc* genicam = arv_gc_new(device, xml, size);
-    m_Firmware.reset(new Firmware(device, genicam));
+    m_Firmware.reset(new Firmware(camera, device, genicam));
     PowerUp(genicam);
     arv_fake_camera_write_register(
         camera, ARV_FAKE_CAMERA_REGISTER_ACQUISITION_FRAME_PERIOD_US,
