@@ -26,6 +26,15 @@ std::string Description(const std::string& family)
     return std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml";
 }
 
+// The backend's camera of what the server serves, or null with a failure.
+std::unique_ptr<Camera> OpenServed(const ServedCamera& server)
+{
+    std::string error;
+    std::unique_ptr<Camera> camera = Camera::Open(server.Id(), &error);
+    EXPECT_TRUE(camera) << "tabcamera's camera " << server.Id() << ": " << error;
+    return camera;
+}
+
 std::unique_ptr<Camera> OpenFamily(const std::string& family)
 {
     std::string error;
@@ -271,12 +280,8 @@ TEST(GenICamCamera, UnreadableDescriptionsAreRefusedWithoutNoise)
 TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
 {
     ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("automode"));
-    const std::string id = server.Id();
-    ASSERT_FALSE(id.empty()) << "tabcamera was not discovered";
-
-    std::string error;
-    std::unique_ptr<Camera> camera = Camera::Open(id, &error);
-    ASSERT_TRUE(camera) << error;
+    std::unique_ptr<Camera> camera = OpenServed(server);
+    ASSERT_TRUE(camera);
     EXPECT_EQ(FeatureText(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
     FeaturePtr offset = camera->Find("AutoModeRegionOffsetX");
     FeaturePtr width = camera->Find("AutoModeRegionWidth");
@@ -307,12 +312,9 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
 TEST(GenICamCamera, ServedSimulatedCameraSharesItsValuesAndRendersTheScene)
 {
     ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("autofunction"));
-    const std::string id = server.Id();
-    ASSERT_FALSE(id.empty()) << "tabcamera was not discovered";
-    std::string error;
-    std::unique_ptr<Camera> camera = Camera::Open(id, &error);
-    ASSERT_TRUE(camera) << error;
-    ArvCamera* other = arv_camera_new(id.c_str(), nullptr);
+    std::unique_ptr<Camera> camera = OpenServed(server);
+    ASSERT_TRUE(camera);
+    ArvCamera* other = arv_camera_new(server.Id().c_str(), nullptr);
     ASSERT_NE(other, nullptr);
     auto otherInt = [&](const char* name) { return arv_camera_get_integer(other, name, nullptr); };
 
