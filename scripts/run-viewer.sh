@@ -12,7 +12,7 @@ build=${BUILD_DIR:-$root/build/viewer}
 "$root/scripts/install-deps.sh"
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTAB_SANITIZE=OFF \
     -DTAB_BUILD_TESTS=OFF -DTAB_BUILD_BENCHMARKS=OFF
-cmake --build "$build" --parallel "$(nproc)" --target tabviewer
+cmake --build "$build" --parallel "$(nproc)" --target tabviewer tabcamera
 
 viewer=("$build/bin/tabviewer" "$@")
 for argument in "$@"; do

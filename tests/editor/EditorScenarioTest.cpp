@@ -2,6 +2,7 @@
 // features: what the tab shows and writes must not depend on the backend.
 
 #include "EditorTestSupport.h"
+#include "ServedCamera.h"
 #include "TabExtensionException.h"
 
 #include <TarkaCPP/GenICam/GenICamCamera.h>
@@ -17,16 +18,25 @@ class EditorScenario : public ::testing::TestWithParam<const char*>
 {
 protected:
     // The camera of a family ("autofunction", "automode", "dsp",
-    // "unsupported") in the tab, in memory or through GenICam.
-    static std::unique_ptr<EditorTab> Open(const std::string& family)
+    // "unsupported") in the tab: in memory, a description simulated
+    // in-process, or one served by tabcamera over GigE Vision on loopback.
+    std::unique_ptr<EditorTab> Open(const std::string& family)
     {
         if (std::string(GetParam()) == "InMemory") {
             return std::unique_ptr<EditorTab>(new EditorTab(KST::TrkAPI::Sim::MakeCamera(family)));
         }
         using KST::TrkAPI::GenICam::Camera;
         std::string error;
-        std::unique_ptr<Camera> camera =
-            Camera::OpenDescription(std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml", &error);
+        std::unique_ptr<Camera> camera;
+        if (std::string(GetParam()) == "GenICam") {
+            camera = Camera::OpenDescription(std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml",
+                                             &error);
+        } else {
+            // One server at a time: a camera opened before is lost.
+            m_Server.reset();
+            m_Server.reset(new ServedCamera(TAB_CAMERA_SERVER, FamilyArguments(family)));
+            camera = Camera::Open(m_Server->Id(), &error);
+        }
         if (!camera) {
             ADD_FAILURE() << error;
             return nullptr;
@@ -41,6 +51,9 @@ protected:
     {
         ASSERT_EQ(tab.device->Find(name)->SetValue(value), 0) << name;
     }
+
+    // Outlives the tab over its camera.
+    std::unique_ptr<ServedCamera> m_Server;
 };
 
 } // namespace
@@ -153,7 +166,8 @@ TEST_P(EditorScenario, CameraSideChangesShowAtTheNextTick)
     EXPECT_TRUE(tab->HorizontalMessage()->isHidden());
 }
 
-INSTANTIATE_TEST_SUITE_P(Backends, EditorScenario, ::testing::Values("InMemory", "GenICam"),
+INSTANTIATE_TEST_SUITE_P(Backends, EditorScenario,
+                         ::testing::Values("InMemory", "GenICam", "GigEVision"),
                          [](const ::testing::TestParamInfo<const char*>& info) {
                              return std::string(info.param);
                          });

@@ -279,3 +279,37 @@ TEST(CameraFramesTest, TheOutlineFollowsTheRegion)
 }
 
 } // namespace
+
+TEST(CameraFramesTest, AutoExposureHoldsItsLimitsEveryFrameAndOnceEnds)
+{
+    FrameCatcher catcher;
+    std::unique_ptr<Camera> camera = SteppedCamera("autofunction", catcher);
+    PlaceRegion(*camera, "autofunction", BrightSpot);
+    const double settled = Settle(*camera, 20);
+    // Settled within tolerance, a maximum below the exposure holds at once.
+    const long long lowered = static_cast<long long>(settled / 10 / 2);
+    camera->SetFromCamera("ExposureAutoMax", lowered);
+    EXPECT_DOUBLE_EQ(lowered * 10.0, Settle(*camera, 1));
+
+    // "Once" ends when pinned at a limit, and when the target is reached;
+    // the level never overshoots the target on the way.
+    struct Case
+    {
+        Rect spot;
+        long long max;
+    };
+    for (const Case& c :
+         {Case{DarkSpot, lowered}, Case{BrightSpot, 50000}, Case{DarkSpot, 50000}}) {
+        camera->SetFromCamera("ExposureAutoMax", c.max);
+        camera->SetFromCamera("ExposureAuto", "Once");
+        PlaceRegion(*camera, "autofunction", c.spot);
+        double side = 0.0;
+        for (int frame = 0; frame < 30 && camera->TextValue("ExposureAuto") == "Once"; ++frame) {
+            Settle(*camera, 1);
+            const double offTarget = MeanInside(*catcher.Last(), c.spot) - 128.0;
+            side = frame == 0 ? (offTarget < 0.0 ? -1.0 : 1.0) : side;
+            EXPECT_GE(offTarget * side, -6.0) << "overshoot at frame " << frame;
+        }
+        EXPECT_EQ("Off", camera->TextValue("ExposureAuto"));
+    }
+}

@@ -3,10 +3,9 @@
 
 #include "FeatureText.h"
 #include "GenICam/Connection.h"
-#include "ServerProcess.h"
+#include "ServedCamera.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
-
-#include <QStandardPaths>
+#include <arv.h>
 
 #include <gtest/gtest.h>
 
@@ -25,6 +24,15 @@ namespace {
 std::string Description(const std::string& family)
 {
     return std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml";
+}
+
+// The backend's camera of what the server serves, or null with a failure.
+std::unique_ptr<Camera> OpenServed(const ServedCamera& server)
+{
+    std::string error;
+    std::unique_ptr<Camera> camera = Camera::Open(server.Id(), &error);
+    EXPECT_TRUE(camera) << "tabcamera's camera " << server.Id() << ": " << error;
+    return camera;
 }
 
 std::unique_ptr<Camera> OpenFamily(const std::string& family)
@@ -81,6 +89,20 @@ struct RecordingObserver : IFeatureObserver
     bool m_OnWriter = false;
 };
 
+// The names the observer is told of, once there are count or after a bound.
+std::vector<std::string> AwaitNames(RecordingObserver& observer, size_t count)
+{
+    std::vector<std::string> names;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (names.size() < count && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(Camera::PollPeriod / 5);
+        for (const std::string& name : observer.Names()) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
 } // namespace
 
 TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
@@ -111,7 +133,7 @@ TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
     EXPECT_FALSE(camera->Find("AutofunctionAOIOffsetXMax"));
     EXPECT_FALSE(camera->Find("Root"));
     EXPECT_EQ(FeatureText(camera->Features().front(), &Feature::GetName), "DeviceVendorName");
-    EXPECT_EQ(camera->Features().size(), 30u);
+    EXPECT_EQ(camera->Features().size(), 32u);
 }
 
 TEST(GenICamCamera, RefusesWritesOffRangeOffGridNotWritableOrUnavailableAndLimitsFollow)
@@ -233,14 +255,7 @@ TEST(GenICamCamera, ChangesMadeElsewhereAreFoundByPolling)
     }
     // Nothing asks the camera: its own polling finds the new width and the
     // offset's new limit.
-    std::vector<std::string> names;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (names.size() < 2 && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(Camera::PollPeriod / 5);
-        for (const std::string& name : raw->Names()) {
-            names.push_back(name);
-        }
-    }
+    std::vector<std::string> names = AwaitNames(*raw, 2);
     std::sort(names.begin(), names.end());
     EXPECT_EQ(names, std::vector<std::string>({"AutoModeRegionOffsetX", "AutoModeRegionWidth"}));
     EXPECT_FALSE(raw->m_OnWriter);
@@ -264,30 +279,9 @@ TEST(GenICamCamera, UnreadableDescriptionsAreRefusedWithoutNoise)
 
 TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
 {
-    const QString tool = QStandardPaths::findExecutable(QStringLiteral("arv-fake-gv-camera-0.8"));
-    if (tool.isEmpty()) {
-        GTEST_SKIP() << "arv-fake-gv-camera-0.8 (package aravis-tools) is not installed";
-    }
-    const std::string serial = ServerProcess::UniqueSerial("T");
-    ServerProcess server(tool.toStdString(),
-                         {"-i", "127.0.0.1", "-s", serial, "-g", Description("automode")});
-
-    // The server needs a moment before it answers discovery.
-    const std::string wanted = "Aravis-Fake-" + serial;
-    std::string id;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (id.empty() && server.IsRunning() && std::chrono::steady_clock::now() < deadline) {
-        for (const std::string& found : Camera::DeviceIds()) {
-            if (found == wanted) {
-                id = found;
-            }
-        }
-    }
-    ASSERT_FALSE(id.empty()) << "the fake GigE Vision camera was not discovered";
-
-    std::string error;
-    std::unique_ptr<Camera> camera = Camera::Open(id, &error);
-    ASSERT_TRUE(camera) << error;
+    ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("automode"));
+    std::unique_ptr<Camera> camera = OpenServed(server);
+    ASSERT_TRUE(camera);
     EXPECT_EQ(FeatureText(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
     FeaturePtr offset = camera->Find("AutoModeRegionOffsetX");
     FeaturePtr width = camera->Find("AutoModeRegionWidth");
@@ -305,9 +299,97 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
 
     // A device that stops answering is lost: its calls fail from then on.
-    server.Kill();
+    server.Server().Kill();
     FeaturePtr status = camera->Find("AcquisitionStatus");
     EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
     EXPECT_FALSE(camera->IsConnected());
     EXPECT_EQ(offset->SetValue(1952LL), ErrorDeviceLost);
+}
+
+// tabcamera's device is shared: what the backend writes, a second client
+// through Aravis reads, and the other way round; its frames come at the
+// described size with the region's outline, and auto exposure follows it.
+TEST(GenICamCamera, ServedSimulatedCameraSharesItsValuesAndRendersTheScene)
+{
+    ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("autofunction"));
+    std::unique_ptr<Camera> camera = OpenServed(server);
+    ASSERT_TRUE(camera);
+    ArvCamera* other = arv_camera_new(server.Id().c_str(), nullptr);
+    ASSERT_NE(other, nullptr);
+    auto otherInt = [&](const char* name) { return arv_camera_get_integer(other, name, nullptr); };
+
+    const std::pair<const char*, long long> region[] = {{"AutofunctionAOIWidth", 640},
+                                                        {"AutofunctionAOIHeight", 480},
+                                                        {"AutofunctionAOIOffsetX", 1000},
+                                                        {"AutofunctionAOIOffsetY", 500}};
+    for (const auto& value : region) {
+        EXPECT_EQ(camera->Find(value.first)->SetValue(value.second), 0);
+        EXPECT_EQ(otherInt(value.first), value.second) << value.first;
+    }
+    // What the other client writes, the backend's poll finds.
+    FeaturePtr offset = camera->Find("AutofunctionAOIOffsetX");
+    auto* raw = new RecordingObserver;
+    IFeatureObserverPtr observer(raw);
+    ASSERT_EQ(offset->RegisterObserver(observer), 0);
+    camera->WaitForNotifications();
+    raw->Names();
+    // GigE Vision lets one client control a camera: the backend's lends it.
+    ArvGvDevice* own = ARV_GV_DEVICE(camera->GetConnection()->AravisDevice());
+    ArvGvDevice* others = ARV_GV_DEVICE(arv_camera_get_device(other));
+    const auto lend = [&](ArvGvDevice* from, ArvGvDevice* to) {
+        std::lock_guard<std::timed_mutex> lock(camera->GetConnection()->AravisLock());
+        EXPECT_TRUE(arv_gv_device_leave_control(from, nullptr));
+        EXPECT_TRUE(arv_gv_device_take_control(to, nullptr));
+    };
+    lend(own, others);
+    arv_camera_set_integer(other, "AutofunctionAOIOffsetX", 200, nullptr);
+    EXPECT_EQ(AwaitNames(*raw, 1).size(), 1u);
+    EXPECT_EQ(Int(offset), 200);
+    arv_camera_set_integer(other, "Width", 1024, nullptr);
+    EXPECT_EQ(AwaitNames(*raw, 1).size(), 1u);
+    EXPECT_EQ(Range(offset).second, 1024 - 640);
+
+    // A dim fixed exposure: only the outline is black or white.
+    arv_camera_set_integer(other, "Height", 768, nullptr);
+    arv_camera_set_string(other, "ExposureAuto", "Off", nullptr);
+    arv_camera_set_float(other, "ExposureTime", 2000.0, nullptr);
+    ArvStream* stream = arv_camera_create_stream(other, nullptr, nullptr, nullptr);
+    ASSERT_NE(stream, nullptr);
+    const gint payload = arv_camera_get_payload(other, nullptr);
+    for (int i = 0; i < 4; ++i) {
+        arv_stream_push_buffer(stream, arv_buffer_new(payload, nullptr));
+    }
+    arv_camera_start_acquisition(other, nullptr);
+    ArvBuffer* buffer = arv_stream_timeout_pop_buffer(stream, 5000000);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(arv_buffer_get_image_width(buffer), 1024);
+    EXPECT_EQ(arv_buffer_get_image_height(buffer), 768);
+    size_t size = 0;
+    const auto* pixels = static_cast<const unsigned char*>(arv_buffer_get_data(buffer, &size));
+    const auto at = [&](int x, int y) { return pixels[y * 1024 + x]; };
+    for (const std::pair<int, int>& corner : {std::make_pair(200, 500), std::make_pair(839, 979)}) {
+        EXPECT_TRUE(at(corner.first, std::min(corner.second, 767)) % 255 == 0);
+    }
+    EXPECT_FALSE(at(150, 450) % 255 == 0);
+    arv_stream_push_buffer(stream, buffer);
+
+    // Onto a bright tile, the exposure drops within a bounded time.
+    arv_camera_set_integer(other, "AutofunctionAOIOffsetX", 2 * 216 + 16, nullptr);
+    arv_camera_set_integer(other, "AutofunctionAOIOffsetY", 2 * 216 + 16, nullptr);
+    arv_camera_set_integer(other, "AutofunctionAOIWidth", 160, nullptr);
+    arv_camera_set_integer(other, "AutofunctionAOIHeight", 160, nullptr);
+    arv_camera_set_float(other, "ExposureTime", 10000.0, nullptr);
+    arv_camera_set_string(other, "ExposureAuto", "Continuous", nullptr);
+    double exposure = 10000.0;
+    for (int frame = 0; frame < 30 && exposure >= 8000.0; ++frame) {
+        buffer = arv_stream_timeout_pop_buffer(stream, 5000000);
+        if (buffer != nullptr) {
+            arv_stream_push_buffer(stream, buffer);
+        }
+        exposure = arv_camera_get_float(other, "ExposureTime", nullptr);
+    }
+    EXPECT_LT(exposure, 8000.0);
+    arv_camera_stop_acquisition(other, nullptr);
+    g_object_unref(stream);
+    g_object_unref(other);
 }

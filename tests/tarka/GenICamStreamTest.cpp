@@ -41,6 +41,8 @@ TEST(GenICamStream, FramesOfTheCamerasFormatComeWhileItAcquires)
     });
     std::this_thread::sleep_for(std::chrono::milliseconds(200));
     EXPECT_EQ(0, log.Count()) << "frames before acquisition";
+    ASSERT_EQ(0, camera->Find("Width")->SetValue(640LL));
+    ASSERT_EQ(0, camera->Find("Height")->SetValue(480LL));
 
     const std::pair<const char*, PixelFormat> formats[] = {{"Mono8", PixelFormat::Mono8},
                                                            {"BayerRG8", PixelFormat::BayerRG8},
@@ -56,10 +58,10 @@ TEST(GenICamStream, FramesOfTheCamerasFormatComeWhileItAcquires)
         }
         ASSERT_GE(log.Count(), before + 2);
         ASSERT_EQ(0, camera->Find("AcquisitionStop")->RunCommand());
-        // The fake camera makes images of its own size, whatever the
-        // description's "Width" and "Height".
+        // Images come at the described size: the fake camera's own registers.
         std::lock_guard<std::mutex> guard(log.lock);
-        EXPECT_GT(log.last->width, 0);
+        EXPECT_EQ(640, log.last->width);
+        EXPECT_EQ(480, log.last->height);
         EXPECT_EQ(format.second, log.last->format);
         EXPECT_EQ(log.last->stride * log.last->height, log.last->data.size());
     }

@@ -68,6 +68,7 @@ Connection::Connection(ArvCamera* camera)
     ArvGc* genicam = arv_device_get_genicam(m_Device);
     arv_gc_set_range_check_policy(genicam, ARV_RANGE_CHECK_POLICY_ENABLE);
     arv_gc_set_access_check_policy(genicam, ARV_ACCESS_CHECK_POLICY_ENABLE);
+    arv_gc_set_register_cache_policy(genicam, ARV_REGISTER_CACHE_POLICY_ENABLE);
     AddFeatures(genicam, RootCategory, std::string());
     m_Observers.resize(m_Nodes.size());
     m_Signatures.resize(m_Nodes.size());
@@ -146,6 +147,16 @@ void Connection::Close()
     g_object_unref(m_Camera);
     m_Camera = nullptr;
     m_Device = nullptr;
+}
+
+void Connection::BypassRegisterCache(bool bypass)
+{
+    Access([&](GError**) -> TrkErrorType {
+        arv_gc_set_register_cache_policy(arv_device_get_genicam(m_Device),
+                                         bypass ? ARV_REGISTER_CACHE_POLICY_DISABLE
+                                                : ARV_REGISTER_CACHE_POLICY_ENABLE);
+        return Success;
+    });
 }
 
 std::string Connection::Signature(size_t index)

@@ -77,6 +77,11 @@ public:
     const std::vector<NodeInfo>& Nodes() const { return m_Nodes; }
     size_t IndexOf(const std::string& name) const;
 
+    // Registers are cached, so that a refresh reads each from the device at
+    // most once; while bypassed, as during a poll, every read goes to the
+    // device and refreshes the cache with what other clients wrote.
+    void BypassRegisterCache(bool bypass);
+
     // Text that changes whenever the feature's value, range, increment,
     // writability or entry availability does; read under the Aravis lock.
     // Empty when it can't be read: a failure is no change to tell.

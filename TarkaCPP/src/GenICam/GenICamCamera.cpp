@@ -5,6 +5,7 @@
 #include "Connection.h"
 #include "GenICamFeature.h"
 #include "ImageStream.h"
+#include "PowerUp.h"
 
 #include <algorithm>
 #include <fstream>
@@ -121,6 +122,7 @@ std::unique_ptr<Camera> Camera::OpenDescription(const std::string& file, std::st
     ArvDevice* device = arv_fake_device_new("GenICam", &failure);
     ArvCamera* camera = nullptr;
     if (device != nullptr) {
+        PowerUp(arv_device_get_genicam(device));
         camera = arv_camera_new_with_device(device, &failure);
         g_object_unref(device);
     }
@@ -212,9 +214,11 @@ void Camera::Refresh(std::unique_lock<std::mutex>& lock)
     }
     lock.unlock();
     std::vector<std::string> signatures;
+    connection.BypassRegisterCache(true);
     for (size_t index : watched) {
         signatures.push_back(connection.Signature(index));
     }
+    connection.BypassRegisterCache(false);
     lock.lock();
     // The written features first, as the camera took them, then the others.
     std::vector<size_t> changed(written.begin(), written.end());

@@ -76,8 +76,14 @@ FloatRange ReadFloatRange(ArvGcFloat* node, GError** error)
         range.max = arv_gc_float_get_max(node, error);
     }
     if (*error == nullptr) {
-        // Aravis gives the smallest double for a node without an increment.
+        // Aravis gives the smallest double for a node without an increment,
+        // and an error for one whose value is a register that has none.
         double increment = arv_gc_float_get_inc(node, error);
+        if (*error != nullptr && (*error)->domain == ARV_GC_ERROR &&
+            (*error)->code == ARV_GC_ERROR_PROPERTY_NOT_DEFINED) {
+            g_clear_error(error);
+            increment = 0.0;
+        }
         range.increment = increment > DBL_MIN ? increment : 0.0;
     }
     return range;

@@ -1,5 +1,7 @@
 #include "SensorSimulation.h"
 
+#include "AccessControls.h"
+
 #include <TarkaCPP/Sim/CameraRules.h>
 
 #include <algorithm>
@@ -24,6 +26,8 @@ const double MeteredSamples = 16384.0;
 // the square root of the needed ratio, within these bounds, per frame: the
 // level closes in on the target without overshooting it.
 const double TargetTolerance = 2.0;
+const double FullRate = 0.5;
+const double Percent = 100.0;
 const double LargestStep = 2.0;
 const int DashLength = 16;
 
@@ -50,12 +54,12 @@ PixelFormat FormatOf(const std::string& name)
     return PixelFormat::Mono8;
 }
 
-int IntOr(const CameraAccess& access, const std::string& name, int fallback)
+int IntOr(const SensorControls& access, const std::string& name, int fallback)
 {
     return access.Has(name) ? static_cast<int>(access.Int(name)) : fallback;
 }
 
-bool HasAll(const CameraAccess& access, const std::vector<std::string>& names)
+bool HasAll(const SensorControls& access, const std::vector<std::string>& names)
 {
     return std::all_of(names.begin(), names.end(),
                        [&](const std::string& name) { return access.Has(name); });
@@ -63,7 +67,7 @@ bool HasAll(const CameraAccess& access, const std::vector<std::string>& names)
 
 // The family's region in image coordinates, with whether the camera meters
 // inside it and draws it.
-void ReadRegion(const CameraAccess& access, PixelRect& region, bool& meters, bool& shows)
+void ReadRegion(const SensorControls& access, PixelRect& region, bool& meters, bool& shows)
 {
     meters = true;
     shows = !access.Has("AutofunctionAOIShowArea") || access.Bool("AutofunctionAOIShowArea");
@@ -126,12 +130,22 @@ std::chrono::microseconds SensorSimulation::Period(const CameraAccess& access) c
     if (!access.Has("AcquisitionStatus") || !access.Bool("AcquisitionStatus")) {
         return std::chrono::microseconds(0);
     }
-    double rate = access.Has("AcquisitionFrameRate") ? access.Float("AcquisitionFrameRate")
-                                                     : DefaultFrameRate;
+    return FramePeriod(AccessControls(access));
+}
+
+std::chrono::microseconds SensorSimulation::FramePeriod(const SensorControls& controls)
+{
+    double rate = controls.Has("AcquisitionFrameRate") ? controls.Number("AcquisitionFrameRate")
+                                                       : DefaultFrameRate;
     return std::chrono::microseconds(std::llround(1e6 / std::max(LowestFrameRate, rate)));
 }
 
 void SensorSimulation::Prepare(const CameraAccess& access)
+{
+    Prepare(AccessControls(access));
+}
+
+void SensorSimulation::Prepare(const SensorControls& access)
 {
     Settings settings;
     settings.width = IntOr(access, "Width", 0);
@@ -141,23 +155,7 @@ void SensorSimulation::Prepare(const CameraAccess& access)
     if (access.Has("PixelFormat")) {
         settings.format = FormatOf(access.Text("PixelFormat"));
     }
-    settings.exposureName = access.Has("ExposureTime") ? "ExposureTime" : "ExposureTimeAbs";
-    settings.exposure =
-        access.Has(settings.exposureName) ? access.Float(settings.exposureName) : ReferenceExposure;
-    if (access.Has("ExposureAuto") && access.Has("ExposureAutoMin") &&
-        access.Has("ExposureAutoMax")) {
-        settings.autoMode = access.Text("ExposureAuto");
-        double unit = access.Has("ExposureAutoTimebase")
-                          ? TimebaseUnit(access.Text("ExposureAutoTimebase"))
-                          : 1.0;
-        settings.autoLower = NumberValue(access, "ExposureAutoMin") * unit;
-        settings.autoUpper = NumberValue(access, "ExposureAutoMax") * unit;
-    }
-    if (access.Has("AutofunctionTargetIntensity")) {
-        settings.target = access.Int("AutofunctionTargetIntensity");
-    } else {
-        settings.target = IntOr(access, "ExposureAutoTarget", 50) * 255.0 / 100.0;
-    }
+    ReadExposure(access, settings);
     ReadRegion(access, settings.region, settings.metersRegion, settings.showsRegion);
     settings.region = Clip(settings.region, settings.width, settings.height);
 
@@ -170,6 +168,33 @@ void SensorSimulation::Prepare(const CameraAccess& access)
     settings.width = std::min(settings.width, m_SceneWidth - std::max(0, settings.offsetX));
     settings.height = std::min(settings.height, m_SceneHeight - std::max(0, settings.offsetY));
     m_Settings = settings;
+}
+
+void SensorSimulation::ReadExposure(const SensorControls& access, Settings& settings)
+{
+    settings.exposureName = access.Has("ExposureTime") ? "ExposureTime" : "ExposureTimeAbs";
+    settings.exposure = access.Has(settings.exposureName) ? access.Number(settings.exposureName)
+                                                          : ReferenceExposure;
+    if (access.Has("ExposureAuto") && access.Has("ExposureAutoMin") &&
+        access.Has("ExposureAutoMax")) {
+        settings.autoMode = access.Text("ExposureAuto");
+        double unit = access.Has("ExposureAutoTimebase")
+                          ? TimebaseUnit(access.Text("ExposureAutoTimebase"))
+                          : 1.0;
+        settings.autoLower = access.Number("ExposureAutoMin") * unit;
+        settings.autoUpper = access.Number("ExposureAutoMax") * unit;
+    }
+    if (access.Has("AutofunctionTargetIntensity")) {
+        settings.target = access.Int("AutofunctionTargetIntensity");
+    } else {
+        settings.target = IntOr(access, "ExposureAutoTarget", 50) * 255.0 / Percent;
+    }
+    settings.tolerance = access.Has("ExposureAutoAdjustTol")
+                             ? settings.target * access.Int("ExposureAutoAdjustTol") / Percent
+                             : TargetTolerance;
+    settings.rate =
+        FullRate *
+        (access.Has("ExposureAutoRate") ? access.Int("ExposureAutoRate") / Percent : 1.0);
 }
 
 FramePtr SensorSimulation::Render()
@@ -204,23 +229,34 @@ FramePtr SensorSimulation::Render()
 
 void SensorSimulation::Finish(CameraAccess& access)
 {
+    AccessControls controls(access);
+    Finish(controls);
+}
+
+void SensorSimulation::Finish(SensorControls& controls)
+{
     const Settings& s = m_Settings;
-    if ((s.autoMode != "Continuous" && s.autoMode != "Once") || !access.Has(s.exposureName)) {
+    bool once = s.autoMode == "Once";
+    if ((!once && s.autoMode != "Continuous") || !controls.Has(s.exposureName)) {
+        m_OnceFrames = 0;
         return;
     }
     double level = std::max(1.0, m_MeanLevel);
-    if (std::fabs(level - s.target) <= TargetTolerance) {
-        if (s.autoMode == "Once") {
-            access.SetText("ExposureAuto", "Off");
-        }
-        return;
-    }
-    double step = std::sqrt(std::max(0.0, s.target) / level);
+    bool reached = std::fabs(level - s.target) <= s.tolerance;
+    double step = reached ? 1.0 : std::pow(std::max(0.0, s.target) / level, s.rate);
     step = std::max(1.0 / LargestStep, std::min(LargestStep, step));
-    double lower = std::max(s.autoLower, access.FloatMin(s.exposureName));
-    double upper = std::min(s.autoUpper, access.FloatMax(s.exposureName));
-    double exposure = std::round(s.exposure * step);
-    access.SetFloat(s.exposureName, std::max(lower, std::min(upper, exposure)));
+    double lower = std::max(s.autoLower, controls.FloatMin(s.exposureName));
+    double upper = std::min(s.autoUpper, controls.FloatMax(s.exposureName));
+    // Within limits at every frame, also when the level needs no correction.
+    double exposure = std::max(lower, std::min(upper, std::round(s.exposure * step)));
+    if (exposure != s.exposure) {
+        controls.SetFloat(s.exposureName, exposure);
+    }
+    bool pinned = (step > 1.0 && exposure >= upper) || (step < 1.0 && exposure <= lower);
+    if (once && (reached || pinned || ++m_OnceFrames >= OnceFrames)) {
+        controls.SetText("ExposureAuto", "Off");
+        m_OnceFrames = 0;
+    }
 }
 
 void SensorSimulation::BuildScene(int width, int height)

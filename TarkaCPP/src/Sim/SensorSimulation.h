@@ -2,6 +2,7 @@
 #define TARKACPP_SIM_SENSORSIMULATION_H
 
 #include "../FramePool.h"
+#include "SensorControls.h"
 #include <TarkaCPP/Sim/SimCamera.h>
 
 #include <memory>
@@ -35,13 +36,31 @@ struct PixelRect
 // meter inside their region, as such cameras do. The outline is drawn while
 // "AutofunctionAOIShowArea" is on, and always on a camera without that
 // feature, so that the region can be seen on every family.
+//
+// Auto exposure keeps the exposure within "ExposureAutoMin" and
+// "ExposureAutoMax" at every frame; "Once" returns to "Off" when the level
+// is within tolerance of the target, when the exposure is pinned at a limit,
+// or after a bounded number of frames. "ExposureAutoAdjustTol" (percent of
+// the target) and "ExposureAutoRate" (percent of the correction per frame)
+// shape it where the camera has them.
+//
+// The same simulation serves in-memory cameras, through CameraAccess, and
+// devices that hold their features in registers, through SensorControls.
 class SensorSimulation : public FrameGenerator
 {
 public:
+    // "Once" ends after at most this many frames.
+    static const int OnceFrames = 60;
+
     std::chrono::microseconds Period(const CameraAccess& access) const override;
     void Prepare(const CameraAccess& access) override;
     FramePtr Render() override;
     void Finish(CameraAccess& access) override;
+
+    // Time between frames at the camera's frame rate, acquiring or not.
+    static std::chrono::microseconds FramePeriod(const SensorControls& controls);
+    void Prepare(const SensorControls& controls);
+    void Finish(SensorControls& controls);
 
 private:
     struct Settings
@@ -57,11 +76,15 @@ private:
         double autoLower = 0.0;
         double autoUpper = 0.0;
         double target = 0.0;
+        double tolerance = 0.0;
+        // Exponent of the needed ratio applied per frame.
+        double rate = 0.0;
         PixelRect region;
         bool metersRegion = false;
         bool showsRegion = false;
     };
 
+    static void ReadExposure(const SensorControls& access, Settings& settings);
     void BuildScene(int width, int height);
     void Shade(Frame& frame) const;
     void DrawDisc(Frame& frame) const;
@@ -79,6 +102,7 @@ private:
     FramePool m_Pool{4};
     unsigned long long m_FrameCount = 0;
     double m_MeanLevel = 0.0;
+    int m_OnceFrames = 0;
 };
 
 } // namespace Sim
