@@ -55,6 +55,7 @@ void CameraState::Add(const FeatureDescription& description)
     }
     m_Index[description.name] = m_Entries.size();
     m_Entries.push_back(std::move(entry));
+    m_Observers.Resize(m_Entries.size());
 }
 
 void CameraState::Touch(const FeatureEntry& entry)
@@ -106,25 +107,14 @@ void CameraState::RunRules()
 void CameraState::QueueTouched(size_t written)
 {
     if (written != NoFeature) {
-        Queue(written);
+        m_Observers.Queue(written);
     }
     for (size_t index : m_Touched) {
         if (index != written) {
-            Queue(index);
+            m_Observers.Queue(index);
         }
     }
     m_Touched.clear();
-}
-
-void CameraState::Queue(size_t index)
-{
-    const std::vector<IFeatureObserverPtr>& observers = m_Entries[index]->observers;
-    if (m_Stopped || observers.empty()) {
-        return;
-    }
-    Notification notification = {index, observers};
-    m_Queue.push_back(notification);
-    ++m_Queued;
 }
 
 } // namespace Sim

@@ -292,15 +292,7 @@ TrkErrorType SimFeature::RegisterObserver(IFeatureObserverPtr const& observer)
     if (TrkErrorType code = m_State->Enter(m_Index, Op::RegisterObserver)) {
         return code;
     }
-    if (!observer) {
-        return ErrorInvalidArgument;
-    }
-    std::vector<IFeatureObserverPtr>& observers = m_State->m_Entries[m_Index]->observers;
-    if (std::find(observers.begin(), observers.end(), observer) != observers.end()) {
-        return ErrorAlreadyRegistered;
-    }
-    observers.push_back(observer);
-    return Success;
+    return m_State->m_Observers.Register(m_Index, observer);
 }
 
 TrkErrorType SimFeature::UnregisterObserver(IFeatureObserverPtr const& observer)
@@ -311,19 +303,7 @@ TrkErrorType SimFeature::UnregisterObserver(IFeatureObserverPtr const& observer)
     if (TrkErrorType code = m_State->Enter(m_Index, Op::UnregisterObserver)) {
         return code;
     }
-    std::vector<IFeatureObserverPtr>& observers = m_State->m_Entries[m_Index]->observers;
-    std::vector<IFeatureObserverPtr>::iterator found =
-        std::find(observers.begin(), observers.end(), observer);
-    if (!observer || found == observers.end()) {
-        return ErrorNotRegistered;
-    }
-    removed = *found;
-    observers.erase(found);
-    // The notifier itself can't wait for its own call to end.
-    if (std::this_thread::get_id() != m_State->m_NotifierThread) {
-        m_State->m_Signal.wait(lock, [&] { return m_State->m_Delivering != observer.get(); });
-    }
-    return Success;
+    return m_State->m_Observers.Unregister(lock, m_Index, observer, removed);
 }
 
 } // namespace Sim

@@ -2,6 +2,7 @@
 #define TARKACPP_SIM_SIMCAMERA_H
 
 #include <TarkaCPP/Device.h>
+#include <TarkaCPP/ErrorCode.h>
 #include <TarkaCPP/Feature.h>
 #include <TarkaCPP/Sim/CameraAccess.h>
 
@@ -43,21 +44,10 @@ enum class Op
     UnregisterObserver
 };
 
-// Result codes of the in-memory backend. Callers only tell zero from
-// non-zero; distinct codes make test failures readable.
-enum ErrorCode : TrkErrorType
+// The in-memory backend's own result code, beside those of ErrorCode.
+enum SimErrorCode : TrkErrorType
 {
-    Success = 0,
-    ErrorWrongType = -1001,
-    ErrorOutOfRange = -1002,
-    ErrorOffGrid = -1003,
-    ErrorNotWritable = -1004,
-    ErrorBufferTooSmall = -1005,
-    ErrorInvalidArgument = -1006,
-    ErrorNoIncrement = -1007,
-    ErrorAlreadyRegistered = -1008,
-    ErrorNotRegistered = -1009,
-    ErrorUnavailableEntry = -1010,
+    // A failure that a test injected.
     ErrorInjected = -1011
 };
 
