@@ -56,11 +56,14 @@ std::vector<FramePtr> MakeFrames(const Size& size)
     return frames;
 }
 
+// The pane's size, about that of the viewer's image area.
+const QSize PaneSize(860, 560);
+
 void Measure(const Size& size)
 {
     const std::vector<FramePtr> frames = MakeFrames(size);
     ImagePane pane;
-    pane.resize(860, 560);
+    pane.resize(PaneSize);
     pane.show();
     QApplication::processEvents();
     const FrameHandler handler = pane.Handler();

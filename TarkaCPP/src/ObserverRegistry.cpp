@@ -7,8 +7,7 @@
 namespace KST {
 namespace TrkAPI {
 
-ObserverRegistry::ObserverRegistry(std::condition_variable& signal) : m_Signal(signal)
-{}
+ObserverRegistry::ObserverRegistry(std::condition_variable& signal) : m_Signal(signal) {}
 
 void ObserverRegistry::Resize(size_t featureCount)
 {

@@ -171,8 +171,8 @@ void Camera::WaitForNotifications()
     unsigned long long target = ++connection.m_RefreshesRequested;
     connection.m_Signal.notify_all();
     connection.m_Signal.wait(lock, [&] {
-        return observers.IsStopped() || (connection.m_RefreshesDone >= target &&
-                                         observers.Done() >= observers.Queued());
+        return observers.IsStopped() ||
+               (connection.m_RefreshesDone >= target && observers.Done() >= observers.Queued());
     });
 }
 

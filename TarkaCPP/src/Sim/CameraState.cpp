@@ -1,5 +1,6 @@
 #include "CameraState.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace KST {
@@ -71,6 +72,12 @@ TrkErrorType CameraState::Enter(size_t index, Op op)
     }
     FeatureEntry& entry = *m_Entries[index];
     ++entry.calls[static_cast<int>(op)];
+    if (m_Journaling) {
+        m_Journal.emplace_back(entry.name, op);
+    }
+    if (op == Op::GetValue && entry.misreport.unsteady) {
+        MoveOn(index);
+    }
     std::map<Op, TrkErrorType>::const_iterator failure = entry.failures.find(op);
     return failure == entry.failures.end() ? Success : failure->second;
 }
@@ -115,6 +122,28 @@ void CameraState::QueueTouched(size_t written)
         }
     }
     m_Touched.clear();
+}
+
+void CameraState::MoveOn(size_t index)
+{
+    const FeatureEntry& entry = *m_Entries[index];
+    Apply(
+        [&entry](CameraAccess& access) {
+            const Number<long long>& integer = entry.integer;
+            const Number<double>& real = entry.real;
+            if (entry.type == TrkFeatureDataInt) {
+                access.SetInt(entry.name, integer.value < integer.max
+                                              ? integer.value + std::max(integer.increment, 1LL)
+                                              : integer.min);
+            } else if (entry.type == TrkFeatureDataFloat) {
+                access.SetFloat(entry.name,
+                                real.value < real.max
+                                    ? real.value + (real.increment > 0.0 ? real.increment : 1.0)
+                                    : real.min);
+            }
+        },
+        index);
+    m_Signal.notify_all();
 }
 
 } // namespace Sim

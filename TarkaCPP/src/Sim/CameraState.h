@@ -29,6 +29,7 @@ struct FeatureEntry : FeatureDescription
     Rule commandAction;
     std::array<int, OpCount> calls{};
     std::map<Op, TrkErrorType> failures;
+    Misreport misreport;
 };
 
 // An action that the notifier runs every period.
@@ -59,6 +60,8 @@ public:
     // Features changed by the change in progress, with m_Lock held.
     std::set<size_t> m_Touched;
     unsigned long long m_ChangeCount = 0;
+    bool m_Journaling = false;
+    std::vector<std::pair<std::string, Op>> m_Journal;
 
     // These expect m_Lock to be held.
     size_t IndexOf(const std::string& name) const;
@@ -82,6 +85,8 @@ public:
     void Apply(const Rule& change, size_t written);
     void RunRules();
     void QueueTouched(size_t written);
+    // Moves an unsteady value on before a read.
+    void MoveOn(size_t index);
 
     // Writes through a feature: counted and failure-injected under op,
     // refused when check rejects it (for its type or value) or when read

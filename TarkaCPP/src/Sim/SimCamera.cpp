@@ -324,6 +324,27 @@ void Camera::ClearFailures()
     }
 }
 
+void Camera::SetMisreport(const std::string& name, const Misreport& misreport)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->Entry(name).misreport = misreport;
+    m_State->ActivateHooks();
+}
+
+void Camera::StartJournal()
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->m_Journaling = true;
+    m_State->m_Journal.clear();
+    m_State->ActivateHooks();
+}
+
+std::vector<std::pair<std::string, Op>> Camera::Journal() const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->m_Journal;
+}
+
 int Camera::Calls(const std::string& name, Op op) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
