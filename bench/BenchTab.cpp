@@ -46,13 +46,16 @@ RubberBandLabel* BenchTab::Preview() const
     return findChild<RubberBandLabel*>();
 }
 
+// The host page's size, about that of the viewer's tab area.
+const QSize PageSize(900, 700);
+
 BenchPage::BenchPage(const QSharedPointer<FeatureVector>& features)
     : tab(new BenchTab(features, &page))
 {
     QVBoxLayout* layout = new QVBoxLayout;
     layout->addWidget(tab);
     page.setLayout(layout);
-    page.resize(900, 700);
+    page.resize(PageSize);
     page.show();
     // The band's exact placement follows the first resize after 200 ms.
     RunEvents(300);

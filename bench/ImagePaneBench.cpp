@@ -22,11 +22,14 @@ struct Size
     int height;
 };
 
+// The pane's size, about that of the viewer's image area.
+const QSize PaneSize(860, 560);
+
 void Measure(const Size& size)
 {
     const StreamedFrames frames(size.width, size.height);
     ImagePane pane;
-    pane.resize(860, 560);
+    pane.resize(PaneSize);
     pane.show();
     QApplication::processEvents();
 

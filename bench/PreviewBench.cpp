@@ -21,11 +21,16 @@ struct ReferenceSize
 
 const ReferenceSize Sizes[] = {{640, 480}, {2592, 1944}, {5472, 3648}};
 
+// The preview's size before the drag, and how far the border moves.
+const QSize PreviewSize(400, 300);
+const int DragStep = 4;
+const double KilobytesPerMegabyte = 1024.0;
+
 double PeakMegabytes()
 {
     struct rusage usage;
     getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024.0;
+    return usage.ru_maxrss / KilobytesPerMegabyte;
 }
 
 void P4_Resize(benchmark::State& state)
@@ -34,16 +39,16 @@ void P4_Resize(benchmark::State& state)
     const double before = PeakMegabytes();
     RubberBandLabel label(size.width, size.height, Qt::darkGreen, nullptr);
     label.SetBandGeometry(size.height / 4, size.width / 4, size.width / 2, size.height / 2);
-    label.resize(400, 300);
+    label.resize(PreviewSize);
     label.show();
     QCoreApplication::processEvents();
     int iteration = 0;
     for (auto _ : state) {
         // A border dragged by a few pixels at a time.
-        const int grow = iteration++ % 2 == 0 ? 4 : 0;
-        label.resize(400 + grow, 300 + grow);
+        const int grow = iteration++ % 2 == 0 ? DragStep : 0;
+        label.resize(PreviewSize + QSize(grow, grow));
     }
-    state.counters["megapixels"] = size.width * double(size.height) / 1e6;
+    state.counters["megapixels"] = size.width * static_cast<double>(size.height) / 1e6;
     state.counters["peak_MB"] = PeakMegabytes();
     state.counters["peak_before_MB"] = before;
 }

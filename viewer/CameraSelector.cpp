@@ -9,7 +9,7 @@ CameraSelector::CameraSelector(QWidget* parent) : QComboBox(parent)
     addItems(CameraCatalog::InMemoryNames());
     addItems(CameraCatalog::DescriptionNames());
     // Queued: the search reports from its own thread.
-    connect(this, SIGNAL(devicesFound(QStringList)), this, SLOT(OnDevicesFound(QStringList)),
+    connect(this, &CameraSelector::devicesFound, this, &CameraSelector::OnDevicesFound,
             Qt::QueuedConnection);
     m_Discovery = std::thread([this] {
         QStringList ids;

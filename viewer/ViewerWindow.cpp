@@ -28,6 +28,8 @@ namespace {
 
 // How often the feature table reads the camera again.
 const int FeatureRefreshMs = 500;
+// The window's first size, room for a tab beside the image and the features.
+const QSize InitialSize(1440, 960);
 
 // A tab installs a handler that drops every message; this one is installed
 // after it in verbose runs, so that the tab's log lines reach stderr.
@@ -59,16 +61,15 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({580, 860});
     setCentralWidget(splitter);
-    resize(1440, 960);
+    resize(InitialSize);
 
     m_RefreshTimer = new QTimer(this);
     m_RefreshTimer->setInterval(FeatureRefreshMs);
-    connect(m_RefreshTimer, SIGNAL(timeout()), m_FeatureModel, SLOT(Refresh()));
+    connect(m_RefreshTimer, &QTimer::timeout, m_FeatureModel, &FeatureTableModel::Refresh);
     m_RefreshTimer->start();
 
-    connect(m_CameraSelector, SIGNAL(textActivated(QString)), this,
-            SLOT(OnCameraSelected(QString)));
-    connect(m_AcquisitionButton, SIGNAL(toggled(bool)), this, SLOT(OnAcquisitionToggled(bool)));
+    connect(m_CameraSelector, &QComboBox::textActivated, this, &ViewerWindow::OnCameraSelected);
+    connect(m_AcquisitionButton, &QPushButton::toggled, this, &ViewerWindow::OnAcquisitionToggled);
 
     // One connection per plug-in object: it relays the state to all its tabs.
     for (const LoadedTabPlugin& loaded : m_Plugins) {
@@ -105,8 +106,8 @@ QWidget* ViewerWindow::BuildFeaturePane()
     m_FeatureFilterEdit = new QLineEdit;
     m_FeatureFilterEdit->setPlaceholderText(tr("Filter features by name"));
     m_FeatureFilterEdit->setClearButtonEnabled(true);
-    connect(m_FeatureFilterEdit, SIGNAL(textChanged(QString)), m_FeatureFilter,
-            SLOT(setFilterFixedString(QString)));
+    connect(m_FeatureFilterEdit, &QLineEdit::textChanged, m_FeatureFilter,
+            &QSortFilterProxyModel::setFilterFixedString);
     m_FeatureView = new QTableView;
     m_FeatureView->setObjectName(QStringLiteral("features"));
     m_FeatureView->setModel(m_FeatureFilter);
@@ -134,7 +135,7 @@ QWidget* ViewerWindow::BuildImagePane(QWidget* featurePane)
     m_ImagePane = new ImagePane;
     m_FrameStatus = new QLabel(m_ImagePane->StatisticsText());
     statusBar()->addPermanentWidget(m_FrameStatus);
-    connect(m_ImagePane, SIGNAL(statisticsChanged(QString)), m_FrameStatus, SLOT(setText(QString)));
+    connect(m_ImagePane, &ImagePane::statisticsChanged, m_FrameStatus, &QLabel::setText);
     connect(m_ImagePane, &ImagePane::frameShown, this, &ViewerWindow::AskTabImageSize);
     connect(m_ImagePane, &ImagePane::copyShown, this, &ViewerWindow::OfferTabImage);
     QSplitter* imageAndFeatures = new QSplitter(Qt::Vertical);
@@ -160,7 +161,7 @@ bool ViewerWindow::OpenCamera(const QString& name)
         return false;
     }
     // Queued: the slot closes the camera that sends the signal.
-    connect(m_Camera.get(), SIGNAL(connectionLost(QString)), this, SLOT(OnCameraLost(QString)),
+    connect(m_Camera.get(), &OpenedCamera::connectionLost, this, &ViewerWindow::OnCameraLost,
             Qt::QueuedConnection);
     if (m_CameraSelector->findText(name) < 0) {
         m_CameraSelector->addItem(name);

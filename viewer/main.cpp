@@ -57,14 +57,57 @@ void InstallTranslation(QTranslator& translation)
     }
 }
 
+void ListDevices()
+{
+    for (const std::string& id : KST::TrkAPI::GenICam::Camera::DeviceIds()) {
+        std::printf("%s\n", id.c_str());
+    }
+}
+
+// Loads the plug-ins of the folder the options name, or else of "plugins"
+// beside the viewer, into loader; the folder, or empty text when none loaded.
+QString LoadPlugins(const ViewerOptions& options, TabPluginLoader& loader)
+{
+    const QString pluginDirectory =
+        options.PluginDirectory().isEmpty()
+            ? QDir(QApplication::applicationDirPath()).filePath(QStringLiteral("plugins"))
+            : options.PluginDirectory();
+    const bool loaded = loader.Load(pluginDirectory);
+    for (const QString& warning : loader.Warnings()) {
+        std::fprintf(stderr, "tabviewer: skipped %s\n", qPrintable(warning));
+    }
+    return loaded ? pluginDirectory : QString();
+}
+
+// Saves the window into file once the tabs have refreshed and, while
+// acquiring, the first frames are shown.
+void ScheduleScreenshot(ViewerWindow& window, const QString& file, bool acquiring)
+{
+    QElapsedTimer sinceShown;
+    sinceShown.start();
+    QTimer* poll = new QTimer(&window);
+    QObject::connect(poll, &QTimer::timeout, &window, [&window, file, acquiring, sinceShown, poll] {
+        const qint64 elapsed = sinceShown.elapsed();
+        const quint64 shown = window.Image()->FramesShown();
+        const bool framesDone =
+            !acquiring || shown >= ScreenshotFrames || elapsed >= ScreenshotTimeLimitMs;
+        if (elapsed >= ScreenshotDelayMs && framesDone) {
+            poll->stop();
+            if (acquiring && shown == 0) {
+                std::fprintf(stderr, "tabviewer: no frame shown before the screenshot\n");
+            }
+            SaveScreenshot(window, file);
+        }
+    });
+    poll->start(ScreenshotPollMs);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     if (ViewerOptions::ListDevices(argc, argv)) {
-        for (const std::string& id : KST::TrkAPI::GenICam::Camera::DeviceIds()) {
-            std::printf("%s\n", id.c_str());
-        }
+        ListDevices();
         return 0;
     }
     ViewerOptions::ApplyLocale(argc, argv);
@@ -83,26 +126,14 @@ int main(int argc, char** argv)
                         .arg(options.Camera(), inMemory.join(QStringLiteral(", "))),
                     2);
     }
-
-    const QString pluginDirectory =
-        options.PluginDirectory().isEmpty()
-            ? QDir(QApplication::applicationDirPath()).filePath(QStringLiteral("plugins"))
-            : options.PluginDirectory();
     TabPluginLoader loader;
-    const bool loaded = loader.Load(pluginDirectory);
-    for (const QString& warning : loader.Warnings()) {
-        std::fprintf(stderr, "tabviewer: skipped %s\n", qPrintable(warning));
-    }
-    if (!loaded) {
+    const QString pluginDirectory = LoadPlugins(options, loader);
+    if (pluginDirectory.isEmpty()) {
         return Fail(loader.ErrorText(), 1);
     }
-    // A screenshot named relative to where the viewer was started lands
-    // there, whatever the working directory becomes below.
-    const QString screenshotFile = options.ScreenshotFile().isEmpty()
-                                       ? QString()
-                                       : QFileInfo(options.ScreenshotFile()).absoluteFilePath();
     // Tabs find their translations under "plugins/" relative to the working
-    // directory, so it is the folder that holds the plug-in folder.
+    // directory, so it is the folder that holds the plug-in folder. The
+    // options hold absolute paths already.
     QDir::setCurrent(QFileInfo(pluginDirectory).absolutePath());
 
     ViewerWindow window(loader.Plugins(), options.Verbose());
@@ -113,25 +144,8 @@ int main(int argc, char** argv)
     if (options.Acquire()) {
         window.StartAcquisition();
     }
-
-    if (!screenshotFile.isEmpty()) {
-        QElapsedTimer sinceShown;
-        sinceShown.start();
-        QTimer* poll = new QTimer(&window);
-        QObject::connect(poll, &QTimer::timeout, &window, [&, poll]() {
-            const qint64 elapsed = sinceShown.elapsed();
-            const bool framesDone = !options.Acquire() ||
-                                    window.Image()->FramesShown() >= ScreenshotFrames ||
-                                    elapsed >= ScreenshotTimeLimitMs;
-            if (elapsed >= ScreenshotDelayMs && framesDone) {
-                poll->stop();
-                if (options.Acquire() && window.Image()->FramesShown() == 0) {
-                    std::fprintf(stderr, "tabviewer: no frame shown before the screenshot\n");
-                }
-                SaveScreenshot(window, screenshotFile);
-            }
-        });
-        poll->start(ScreenshotPollMs);
+    if (!options.ScreenshotFile().isEmpty()) {
+        ScheduleScreenshot(window, options.ScreenshotFile(), options.Acquire());
     }
     return app.exec();
 }

@@ -1,5 +1,4 @@
 #include "EditorTestSupport.h"
-#include "HostileFeature.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -11,45 +10,32 @@
 #include <algorithm>
 #include <limits>
 #include <map>
-#include <random>
 #include <string>
 
 using KST::TrkAPI::Sim::Camera;
+using KST::TrkAPI::Sim::Misreport;
 using KST::TrkAPI::Sim::Op;
 
 namespace {
 
-typedef std::map<std::string, HostileFeature::Lies> LiesByName;
-
 // The editor over camera, with the named features telling the given lies.
-std::unique_ptr<EditorTab> LyingTab(std::unique_ptr<Camera> camera, const LiesByName& lies)
+std::unique_ptr<EditorTab> LyingTab(std::unique_ptr<Camera> camera,
+                                    const std::map<std::string, Misreport>& lies)
 {
-    Camera* made = camera.get();
-    const auto random = std::make_shared<std::mt19937>();
-    return std::unique_ptr<EditorTab>(
-        new EditorTab(std::move(camera), [made, lies, random](const FeaturePtr& feature) {
-            for (const auto& entry : lies) {
-                if (made->Find(entry.first) == feature) {
-                    return FeaturePtr(new HostileFeature(feature, entry.second, 0.0, random));
-                }
-            }
-            return feature;
-        }));
+    for (const auto& lie : lies) {
+        camera->SetMisreport(lie.first, lie.second);
+    }
+    return std::unique_ptr<EditorTab>(new EditorTab(std::move(camera)));
 }
 
-HostileFeature::Lies FloatLies(double value, double min, double max, double increment)
+Misreport FloatLie(double value, double min, double max, double increment)
 {
-    HostileFeature::Lies lies;
-    lies.replaceType = true;
-    lies.type = TrkFeatureDataFloat;
-    lies.replaceValue = true;
-    lies.floatValue = value;
-    lies.replaceRange = true;
-    lies.floatMin = min;
-    lies.floatMax = max;
-    lies.replaceIncrement = true;
-    lies.floatIncrement = increment;
-    return lies;
+    Misreport lie;
+    lie.type = TrkFeatureDataFloat;
+    lie.floatValue = value;
+    lie.floatRange = std::make_pair(min, max);
+    lie.floatIncrement = increment;
+    return lie;
 }
 
 const long long Lowest = std::numeric_limits<long long>::min();
@@ -62,28 +48,25 @@ const long long Lowest = std::numeric_limits<long long>::min();
 TEST(AutoROIWidgetHostile, ExtremeValuesAndStepsGiveDefinedResults)
 {
     // The lowest height on a grid of -1 (a step that can't be read).
-    HostileFeature::Lies lowestHeight;
-    lowestHeight.replaceValue = true;
+    Misreport lowestHeight;
     lowestHeight.intValue = Lowest;
-    HostileFeature::Lies noStep;
-    noStep.replaceIncrement = true;
+    Misreport noStep;
     noStep.intIncrement = -1;
     LyingTab(MakeTestCamera(Family::Autofunction),
              {{"Height", lowestHeight}, {"AutofunctionAOIHeight", noStep}});
 
     // A height and a step beyond every integer, and a width step of 0.
-    HostileFeature::Lies zeroStep;
-    zeroStep.replaceIncrement = true;
+    Misreport zeroStep;
     zeroStep.intIncrement = 0;
     LyingTab(MakeTestCamera(Family::Autofunction),
-             {{"Height", FloatLies(1e300, 0, 1e300, 1)},
-              {"AutofunctionAOIHeight", FloatLies(16, 16, 800, 1e300)},
+             {{"Height", FloatLie(1e300, 0, 1e300, 1)},
+              {"AutofunctionAOIHeight", FloatLie(16, 16, 800, 1e300)},
               {"AutofunctionAOIWidth", zeroStep}});
 
     // The drop's grid snap with a step beyond every int.
     std::unique_ptr<EditorTab> snap =
         LyingTab(MakeTestCamera(Family::Autofunction),
-                 {{"AutofunctionAOIOffsetX", FloatLies(0, 0, 1000, 1e300)}});
+                 {{"AutofunctionAOIOffsetX", FloatLie(0, 0, 1000, 1e300)}});
     QMetaObject::invokeMethod(snap->widget, "OnSendGeometry", Q_ARG(int, 0), Q_ARG(int, 10),
                               Q_ARG(int, 100), Q_ARG(int, 100));
     EXPECT_EQ(1000.0 - INT_MAX, snap->Width()->maximum());
@@ -99,12 +82,9 @@ TEST(AutoROIWidgetHostile, ExtremeValuesAndStepsGiveDefinedResults)
 
     // Edges of a four-edge camera at the bottom of the integer range: the
     // preview's width from right minus left is limited to int.
-    HostileFeature::Lies lowestLeft;
-    lowestLeft.replaceValue = true;
+    Misreport lowestLeft;
     lowestLeft.intValue = Lowest;
-    lowestLeft.replaceRange = true;
-    lowestLeft.intMin = Lowest;
-    lowestLeft.intMax = 1000;
+    lowestLeft.intRange = std::make_pair(Lowest, 1000LL);
     std::unique_ptr<EditorTab> edges =
         LyingTab(MakeTestCamera(Family::Dsp), {{"DSPSubregionLeft", lowestLeft}});
     edges->camera->SetFromCamera("DSPSubregionRight", 700);
@@ -151,21 +131,16 @@ TEST(AutoROIWidgetHostile, ExposureLoadReadsBothRangesFirstAndTheTimebaseKeepsOn
     // The order of the range reads and the type questions of the limits.
     std::unique_ptr<Camera> camera = MakeTestCamera(Family::Dsp);
     camera->AddEnum("ExposureAutoTimebase", {"1us", "10\xc2\xb5s"}, "1us");
-    Camera* made = camera.get();
-    const auto journal = std::make_shared<std::vector<std::string>>();
-    EditorTab tab(std::move(camera), [made, journal](const FeaturePtr& feature) {
-        for (const char* name : {"ExposureAutoMin", "ExposureAutoMax"}) {
-            if (made->Find(name) == feature) {
-                return FeaturePtr(new HostileFeature(feature, name, journal));
-            }
-        }
-        return feature;
-    });
-    const std::vector<std::string>& calls = *journal;
-    const auto maxRange = std::find(calls.begin(), calls.end(), "ExposureAutoMax GetRange");
+    camera->StartJournal();
+    EditorTab tab(std::move(camera));
+    const auto calls = tab.camera->Journal();
+    const auto call = [](const char* name, Op op) { return std::make_pair(std::string(name), op); };
+    const auto maxRange =
+        std::find(calls.begin(), calls.end(), call("ExposureAutoMax", Op::GetRange));
     ASSERT_NE(calls.end(), maxRange);
-    EXPECT_EQ(std::count(calls.begin(), maxRange, "ExposureAutoMin GetDataType"),
-              std::count(calls.begin(), calls.end(), "ExposureAutoMin GetDataType") - 1);
+    const auto minType = call("ExposureAutoMin", Op::GetDataType);
+    EXPECT_EQ(std::count(calls.begin(), maxRange, minType),
+              std::count(calls.begin(), calls.end(), minType) - 1);
 
     // A time base outside ASCII doesn't reach the camera as it stands.
     QComboBox* timebase = tab.ExposureCell<QComboBox>(1, 6);

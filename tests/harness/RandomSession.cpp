@@ -1,9 +1,10 @@
 #include "RandomSession.h"
 
 #include "AutoROIWidget.h"
-#include "HostileFeature.h"
 #include "TabExtensionException.h"
 #include "rubberbandlabel.h"
+
+#include "SimFeatures.h"
 
 #include <TarkaCPP/Sim/CameraRules.h>
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
@@ -26,9 +27,12 @@
 #include <limits>
 
 using KST::TrkAPI::Sim::Camera;
+using KST::TrkAPI::Sim::Misreport;
+using KST::TrkAPI::Sim::Op;
 
 namespace {
 
+const int OpCount = static_cast<int>(Op::UnregisterObserver) + 1;
 const std::vector<std::vector<std::string>> Families = {
     {"DSPSubregionTop", "DSPSubregionLeft", "DSPSubregionRight", "DSPSubregionBottom"},
     {"AutofunctionAOIOffsetX", "AutofunctionAOIOffsetY", "AutofunctionAOIWidth",
@@ -84,9 +88,9 @@ RandomSession::RandomSession(std::uint64_t seed)
     : m_Random(std::make_shared<std::mt19937>(std::uint32_t(seed ^ (seed >> 32)))),
       m_FailureRate(0.0), m_LieRate(0.0), m_Pause(0)
 {
-    const double failureRates[] = {0.0, 0.0, 0.0, 0.001, 0.01, 0.05};
+    const double failureRates[] = {0.0, 0.0, 0.05, 0.2};
     const double lieRates[] = {0.0, 0.0, 0.05, 0.2};
-    m_FailureRate = failureRates[Pick(6)];
+    m_FailureRate = failureRates[Pick(4)];
     m_LieRate = lieRates[Pick(4)];
 }
 
@@ -111,7 +115,7 @@ void RandomSession::Run()
     m_Page = new QWidget;
     m_Page->resize(200 + Pick(900), 200 + Pick(700));
     try {
-        m_Tab = new AutoROIWidget(HostileFeatures(), m_Page);
+        m_Tab = new AutoROIWidget(HostList(), m_Page);
     } catch (const TENotSupported&) {
         return;
     }
@@ -145,6 +149,14 @@ void RandomSession::BuildCamera()
     if (Chance(0.15)) {
         const std::vector<std::string> names = KST::TrkAPI::Sim::CameraNames();
         m_Camera = KST::TrkAPI::Sim::MakeCamera(names[Pick(int(names.size()))]);
+        for (const std::vector<std::string>& group : Families) {
+            for (const std::string& name : group) {
+                if (m_Camera->Has(name)) {
+                    m_Names.push_back(name);
+                }
+            }
+        }
+        AddFaults();
         return;
     }
     m_Camera.reset(new Camera);
@@ -164,6 +176,7 @@ void RandomSession::BuildCamera()
         }
     }
     AddRules();
+    AddFaults();
 }
 
 void RandomSession::AddFeature(const std::string& name, TrkFeatureDataType type)
@@ -243,40 +256,47 @@ void RandomSession::AddRules()
     }
 }
 
-// The host's list: each feature behind a liar, now and then an empty pointer.
-QSharedPointer<FeatureVector> RandomSession::HostileFeatures()
+// The camera's faults: operations that fail, and answers that lie about the
+// type, the value, the range or the step, or change between two reads.
+void RandomSession::AddFaults()
 {
-    QSharedPointer<FeatureVector> features(new FeatureVector);
-    const bool withEmpty = Chance(0.2);
     auto anyInt = [this] { return ExtremeInts[Pick(int(ExtremeInts.size()))]; };
     auto anyFloat = [this] { return ExtremeFloats[Pick(int(ExtremeFloats.size()))]; };
-    for (const FeaturePtr& real : m_Camera->Features()) {
-        HostileFeature::Lies lies;
-        const int lie = Chance(m_LieRate) ? Pick(5) : -1;
-        if (lie == 0) {
-            lies.unreadableName = true;
-        } else if (lie == 1) {
-            lies.replaceType = true;
-            lies.type = TrkFeatureDataType(Pick(8));
-        } else if (lie == 2) {
-            lies.replaceValue = true;
-            lies.intValue = anyInt();
-            lies.floatValue = anyFloat();
-        } else if (lie == 3) {
-            lies.replaceRange = true;
-            lies.intMin = anyInt();
-            lies.intMax = anyInt();
-            lies.floatMin = anyFloat();
-            lies.floatMax = anyFloat();
-        } else if (lie == 4) {
-            lies.replaceIncrement = true;
-            lies.intIncrement = anyInt();
-            lies.floatIncrement = anyFloat();
+    for (const std::string& name : m_Names) {
+        while (Chance(m_FailureRate)) {
+            m_Camera->SetFailure(name, Op(Pick(OpCount)));
         }
-        if (withEmpty && Chance(0.2)) {
-            features->append(FeaturePtr());
+        if (!Chance(m_LieRate)) {
+            continue;
         }
-        features->append(FeaturePtr(new HostileFeature(real, lies, m_FailureRate, m_Random)));
+        Misreport lie;
+        const int kind = Pick(5);
+        if (kind == 0) {
+            lie.type = TrkFeatureDataType(Pick(8));
+        } else if (kind == 1) {
+            lie.intValue = anyInt();
+            lie.floatValue = anyFloat();
+        } else if (kind == 2) {
+            lie.intRange = std::make_pair(anyInt(), anyInt());
+            lie.floatRange = std::make_pair(anyFloat(), anyFloat());
+        } else if (kind == 3) {
+            lie.intIncrement = anyInt();
+            lie.floatIncrement = anyFloat();
+        } else {
+            lie.unsteady = true;
+        }
+        m_Camera->SetMisreport(name, lie);
+    }
+}
+
+// The host's list, now and then with an empty pointer.
+QSharedPointer<FeatureVector> RandomSession::HostList()
+{
+    QSharedPointer<FeatureVector> features = MakeFeatureVector(*m_Camera);
+    if (Chance(0.2)) {
+        for (int gap = Pick(4); gap >= 0; --gap) {
+            features->insert(Pick(features->size() + 1), FeaturePtr());
+        }
     }
     return features;
 }
@@ -399,7 +419,9 @@ void RandomSession::CameraChange()
     }
     const std::string& name = m_Names[Pick(int(m_Names.size()))];
     try {
-        if (Chance(0.2)) {
+        if (Chance(m_FailureRate)) {
+            m_Camera->ClearFailures();
+        } else if (Chance(0.2)) {
             m_Camera->SetWritable(name, Chance(0.7));
         } else {
             m_Camera->SetFromCamera(name, Pick(3000));

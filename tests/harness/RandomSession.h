@@ -19,7 +19,7 @@ class AutoROIWidget;
 
 // One randomized life of the editor, replayable from its seed: a camera made
 // of a random choice of the families' features, some of them lying about
-// their name, type, value, range or increment and failing at random, behind
+// their type, value, range or increment and failing at random, behind
 // a host page that is shown, hidden, resized and deleted while the user drags,
 // edits, clicks and the camera changes on its own thread.
 //
@@ -39,7 +39,8 @@ public:
 private:
     void BuildCamera();
     void AddFeature(const std::string& name, TrkFeatureDataType type);
-    QSharedPointer<FeatureVector> HostileFeatures();
+    void AddFaults();
+    QSharedPointer<FeatureVector> HostList();
     void AddRules();
     void Act();
     void UserAction();

@@ -166,6 +166,7 @@ TEST(TabBase, TickHandsOnQueuedNamesWithObserversOffAndForgetsThem)
     }
     EXPECT_EQ(tab.m_Dispatches[0].gainObservers, 1);
     EXPECT_EQ(tab.m_Dispatches[1].gainObservers, 0);
+    EXPECT_EQ(camera->ObserverCount("Gain"), 1);
     EXPECT_TRUE(tab.m_ChangedFeatures->isEmpty());
 
     tab.m_ChangedFeatures->append("Gain");

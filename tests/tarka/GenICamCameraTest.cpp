@@ -1,9 +1,9 @@
 // The GenICam backend over Aravis's fake cameras serving the descriptions of
 // cameras/, and one camera through GigE Vision over loopback.
 
-#include "FeatureText.h"
 #include "GenICam/Connection.h"
 #include "ServedCamera.h"
+#include "StdFeatureText.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 #include <arv.h>
 

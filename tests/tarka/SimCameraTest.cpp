@@ -1,4 +1,4 @@
-#include "FeatureText.h"
+#include "StdFeatureText.h"
 
 #include <TarkaCPP/Sim/CameraRules.h>
 #include <TarkaCPP/Sim/SimCamera.h>
@@ -54,7 +54,6 @@ protected:
         m_Camera.AddFloat("Gamma", 1.0, 0.5, 2.0);
         m_Camera.AddBool("Enable", true);
         m_Camera.AddEnum("Mode", {"Off", "Once", "Continuous"}, "Off");
-        m_Camera.AddEnum("Empty", {}, "");
         m_Camera.AddString("UserID", "cam");
         m_Camera.AddCommand("Start");
         m_Camera.AddRule(KeepInside("RegionOffsetX", "RegionWidth", "", "Width"));
@@ -65,102 +64,49 @@ protected:
     Camera m_Camera;
 };
 
-TEST_F(SimCameraTest, ReadsAnswerForTheirOwnTypeByTheTwoCallProtocol)
+TEST_F(SimCameraTest, RefusesWhatACameraRefusesAndChangesNothing)
 {
     long long integer = 0;
     double real = 0.0;
-    unsigned int length = 0;
-    EXPECT_NE(0, F("Width")->GetValue(real));
-    EXPECT_NE(0, F("Exposure")->GetRange(integer, integer));
-    EXPECT_NE(0, F("Start")->GetValue(nullptr, length));
-    // Without a step GetIncrement fails for both kinds of number.
-    EXPECT_NE(0, F("Stepless")->GetIncrement(integer));
-    EXPECT_NE(0, F("Gamma")->GetIncrement(real));
-
-    // Buffers too small are refused; empty text has size zero.
+    bool flag = true;
     char buffer[7] = {};
-    length = 5;
-    EXPECT_NE(0, F("Width")->GetName(buffer, length));
-    length = 6;
-    EXPECT_EQ(0, F("Width")->GetDisplayName(buffer, length));
-    EXPECT_STREQ("Width", buffer);
-    m_Camera.SetDisplayName("Width", "");
-    EXPECT_EQ(0, F("Width")->GetDisplayName(nullptr, length));
-    EXPECT_EQ(0u, length);
-    unsigned int count = 99;
-    EXPECT_EQ(0, F("Empty")->GetValues(nullptr, count));
-    EXPECT_EQ(0u, count);
-    const char* entries[3] = {};
-    count = 2;
-    EXPECT_NE(0, F("Mode")->GetValues(entries, count));
-    count = 3;
-    EXPECT_EQ(0, F("Mode")->GetValues(entries, count));
-    EXPECT_STREQ("Continuous", entries[2]);
-}
-
-TEST_F(SimCameraTest, RefusedWritesChangeNothing)
-{
-    // The grid counts from the minimum: 16 + 8k.
-    for (long long refused : {20LL, 1032LL, 8LL}) {
-        EXPECT_NE(0, F("Width")->SetValue(refused)) << refused;
+    unsigned int five = 5;
+    const std::function<TrkErrorType()> refused[] = {
+        [&] { return F("Width")->GetValue(real); },
+        [&] { return F("Exposure")->GetRange(integer, integer); },
+        [&] { return F("Stepless")->GetIncrement(integer); },
+        [&] { return F("Gamma")->GetIncrement(real); },
+        [&] { return F("Width")->GetName(buffer, five); },
+        // The grid counts from the minimum: 16 + 8k.
+        [&] { return F("Width")->SetValue(20LL); },
+        [&] { return F("Width")->SetValue(1032LL); },
+        [&] { return F("Width")->SetValue(0.5); },
+        [&] { return F("Exposure")->SetValue(0.55); },
+        [&] { return F("Exposure")->SetValue(1.1); },
+        [&] { return F("Mode")->IsValueAvailable("Never", flag); },
+        [&] { return F("Mode")->SetValue("Never"); },
+        [&] { return F("Mode")->SetValue(static_cast<const char*>(nullptr)); },
+        [&] { return F("Mode")->RunCommand(); },
+    };
+    for (size_t index = 0; index < sizeof refused / sizeof refused[0]; ++index) {
+        EXPECT_NE(0, refused[index]()) << index;
     }
-    EXPECT_NE(0, F("Width")->SetValue(0.5));
-    EXPECT_NE(0, F("Width")->SetValue("640"));
     EXPECT_EQ(640, m_Camera.IntValue("Width"));
-    EXPECT_EQ(0, F("Stepless")->SetValue(7LL));
-
-    EXPECT_NE(0, F("Exposure")->SetValue(0.55));
-    EXPECT_NE(0, F("Exposure")->SetValue(1.1));
     EXPECT_DOUBLE_EQ(0.5, m_Camera.FloatValue("Exposure"));
+    EXPECT_EQ("Off", m_Camera.TextValue("Mode"));
+    m_Camera.SetWritable("Enable", false);
+    m_Camera.SetEntryAvailable("Mode", "Once", false);
+    EXPECT_NE(0, F("Enable")->SetValue(false));
+    EXPECT_NE(0, F("Mode")->SetValue("Once"));
     // A value a hair off the grid, as floating alignment leaves it, is taken.
     EXPECT_EQ(0, F("Exposure")->SetValue(0.1 * 7));
-    EXPECT_EQ(0, F("Gamma")->SetValue(1.2345));
-
-    m_Camera.SetWritable("Enable", false);
-    EXPECT_NE(0, F("Enable")->SetValue(false));
-    EXPECT_TRUE(m_Camera.BoolValue("Enable"));
-
-    m_Camera.SetEntryAvailable("Mode", "Once", false);
-    bool flag = true;
-    EXPECT_NE(0, F("Mode")->IsValueAvailable("Never", flag));
-    for (const char* refused : {"Once", "Never", static_cast<const char*>(nullptr)}) {
-        EXPECT_NE(0, F("Mode")->SetValue(refused));
-    }
-    EXPECT_EQ("Off", m_Camera.TextValue("Mode"));
-    EXPECT_EQ(0, F("Mode")->SetValue("Continuous"));
-    EXPECT_EQ(0, F("UserID")->SetValue("anything"));
-    EXPECT_NE(0, F("Mode")->RunCommand());
-    EXPECT_EQ(0, F("Start")->RunCommand());
+    EXPECT_EQ(0, F("Stepless")->SetValue(7LL));
 }
 
-TEST_F(SimCameraTest, DependentLimitsFollowEveryWrite)
-{
-    long long min = -1;
-    long long max = -1;
-    ASSERT_EQ(0, F("RegionOffsetX")->GetRange(min, max));
-    EXPECT_EQ(320, max);
-    EXPECT_EQ(0, F("RegionOffsetX")->SetValue(300LL));
-    ASSERT_EQ(0, F("RegionWidth")->GetRange(min, max));
-    EXPECT_EQ(340, max);
-    EXPECT_NE(0, F("RegionWidth")->SetValue(344LL));
-
-    // A smaller image pushes the region back inside, the size first, onto
-    // the grid below the new maximum.
-    EXPECT_EQ(0, F("Width")->SetValue(336LL));
-    EXPECT_EQ(36, m_Camera.IntValue("RegionWidth"));
-    EXPECT_EQ(300, m_Camera.IntValue("RegionOffsetX"));
-    m_Camera.SetFromCamera("Width", 64);
-    EXPECT_EQ(32, m_Camera.IntValue("RegionWidth"));
-    EXPECT_EQ(32, m_Camera.IntValue("RegionOffsetX"));
-    ASSERT_EQ(0, F("RegionOffsetX")->GetRange(min, max));
-    EXPECT_EQ(32, max);
-}
-
-TEST_F(SimCameraTest, NotificationsComeFromAnotherThreadForTheWrittenAndTheChangedFeatures)
+TEST_F(SimCameraTest, DependentLimitsFollowEveryWriteAndAreNotifiedFromAnotherThread)
 {
     Observed width;
     Observed offset;
-    Observed gamma;
     std::thread::id notifier;
     // Reading the feature from inside the callback must not deadlock.
     offset.raw->m_Action = [&](const FeaturePtr& feature) {
@@ -170,35 +116,36 @@ TEST_F(SimCameraTest, NotificationsComeFromAnotherThreadForTheWrittenAndTheChang
     };
     ASSERT_EQ(0, F("Width")->RegisterObserver(width.ptr));
     ASSERT_EQ(0, F("RegionOffsetX")->RegisterObserver(offset.ptr));
-    ASSERT_EQ(0, F("Gamma")->RegisterObserver(gamma.ptr));
-    EXPECT_EQ(2, width.ptr.use_count());
-
-    EXPECT_EQ(0, F("Width")->SetValue(320LL));
-    m_Camera.WaitForNotifications();
-    EXPECT_EQ(std::vector<std::string>{"Width"}, width.raw->m_Names);
-    EXPECT_EQ(std::vector<std::string>{"RegionOffsetX"}, offset.raw->m_Names);
-    EXPECT_TRUE(gamma.raw->m_Names.empty());
-    EXPECT_NE(std::this_thread::get_id(), notifier);
-
-    // A refused write notifies nobody; an unchanged value written is notified.
-    EXPECT_NE(0, F("Width")->SetValue(321LL));
-    EXPECT_EQ(0, F("Width")->SetValue(320LL));
-    m_Camera.SetFromCamera("Gamma", 2);
-    EXPECT_DOUBLE_EQ(2.0, m_Camera.FloatValue("Gamma"));
-    EXPECT_THROW(m_Camera.SetFromCamera("Gamma", "text"), std::invalid_argument);
-    m_Camera.WaitForNotifications();
-    EXPECT_EQ(2u, width.raw->m_Names.size());
-    EXPECT_EQ(1u, offset.raw->m_Names.size());
-    EXPECT_EQ(std::vector<std::string>{"Gamma"}, gamma.raw->m_Names);
-
     EXPECT_NE(0, F("Width")->RegisterObserver(width.ptr));
-    EXPECT_EQ(1, m_Camera.ObserverCount("Width"));
+    long long min = -1;
+    long long max = -1;
+    ASSERT_EQ(0, F("RegionOffsetX")->GetRange(min, max));
+    EXPECT_EQ(320, max);
+    EXPECT_EQ(0, F("RegionOffsetX")->SetValue(300LL));
+    EXPECT_NE(0, F("RegionWidth")->SetValue(344LL));
+    m_Camera.WaitForNotifications();
+    offset.raw->m_Names.clear();
+
+    // A smaller image pushes the region back inside, the size first, onto
+    // the grid below the new maximum; a refused write notifies nobody, an
+    // unchanged value written is notified.
+    EXPECT_EQ(0, F("Width")->SetValue(336LL));
+    EXPECT_NE(0, F("Width")->SetValue(337LL));
+    EXPECT_EQ(0, F("Width")->SetValue(336LL));
+    EXPECT_EQ(36, m_Camera.IntValue("RegionWidth"));
+    EXPECT_EQ(300, m_Camera.IntValue("RegionOffsetX"));
+    m_Camera.SetFromCamera("Width", 64);
+    EXPECT_EQ(32, m_Camera.IntValue("RegionOffsetX"));
+    m_Camera.WaitForNotifications();
+    EXPECT_EQ(3u, width.raw->m_Names.size());
+    EXPECT_EQ(std::vector<std::string>(2, "RegionOffsetX"), offset.raw->m_Names);
+    EXPECT_NE(std::this_thread::get_id(), notifier);
     EXPECT_EQ(0, F("Width")->UnregisterObserver(width.ptr));
     EXPECT_NE(0, F("Width")->UnregisterObserver(width.ptr));
     EXPECT_EQ(1, width.ptr.use_count());
 }
 
-TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgress)
+TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgressUnlessFromInsideIt)
 {
     std::promise<void> entered;
     std::promise<void> release;
@@ -213,7 +160,6 @@ TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgress)
     ASSERT_EQ(0, F("Gamma")->RegisterObserver(slow.ptr));
     m_Camera.SetFromCamera("Gamma", 1.5);
     entered.get_future().wait();
-
     std::future<TrkErrorType> unregistered = std::async(std::launch::async, [&] {
         TrkErrorType code = F("Gamma")->UnregisterObserver(slow.ptr);
         EXPECT_TRUE(finished);
@@ -223,7 +169,6 @@ TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgress)
     release.set_value();
     EXPECT_EQ(0, unregistered.get());
 
-    // From inside its own callback an observer can take itself off.
     Observed selfRemoving;
     selfRemoving.raw->m_Action = [&](const FeaturePtr& feature) {
         EXPECT_EQ(0, feature->UnregisterObserver(selfRemoving.ptr));
@@ -283,15 +228,6 @@ TEST_F(SimCameraTest, EachOperationCountsAndFailsUnderItsOwnName)
     }
     EXPECT_EQ(1, m_Camera.ObserverCount("Gamma"));
     EXPECT_EQ(0, m_Camera.ObserverCount("Enable"));
-
-    // A failed write stores nothing; clearing all failures lifts each of them.
-    m_Camera.SetFailure("Width", Op::SetValue);
-    m_Camera.SetFailure("Width", Op::GetValue);
-    EXPECT_NE(0, F("Width")->SetValue(656LL));
-    EXPECT_EQ(648, m_Camera.IntValue("Width"));
-    m_Camera.ClearFailures();
-    EXPECT_EQ(0, F("Width")->GetValue(integer));
-    EXPECT_EQ(0, F("Width")->SetValue(656LL));
 }
 
 TEST(SimCameraLifetimeTest, FeaturesStayUsableAfterTheCamera)
@@ -303,13 +239,11 @@ TEST(SimCameraLifetimeTest, FeaturesStayUsableAfterTheCamera)
         camera.AddInteger("Gain", 1, 0, 10);
         feature = camera.Find("Gain");
         ASSERT_EQ(0, feature->RegisterObserver(observer.ptr));
-        EXPECT_FALSE(camera.Find("Missing"));
     }
     EXPECT_EQ(0, feature->SetValue(5LL));
     long long value = 0;
     EXPECT_EQ(0, feature->GetValue(value));
     EXPECT_EQ(5, value);
-    EXPECT_EQ("Gain", FeatureText(feature));
     EXPECT_EQ(0, feature->UnregisterObserver(observer.ptr));
     EXPECT_TRUE(observer.raw->m_Names.empty());
 }

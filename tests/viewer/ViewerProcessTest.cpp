@@ -1,3 +1,4 @@
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -63,49 +64,43 @@ TEST(ViewerProcess, EachFamilyCameraGetsATabAndAScreenshotOfItsLiveImage)
     }
 }
 
-TEST(ViewerProcess, DeclinesAnUnsupportedCameraAndRefusesToStartWithoutPluginsOrCamera)
+TEST(ViewerProcess, RefusalsEndWithTheirStatusAndSayWhy)
 {
     QTemporaryDir folder;
     ASSERT_TRUE(folder.isValid());
+    const QString plugins = QStringLiteral(TAB_PLUGIN_DIR);
     const QString file = folder.filePath("unsupported.png");
-    ViewerRun run = RunViewer({"--camera=unsupported", "--screenshot", file});
-    EXPECT_EQ(run.exitCode, 0) << run.errors.toStdString();
-    EXPECT_TRUE(
-        run.errors.contains("libtabextensionautoaoi.so declined camera unsupported with code 4"))
-        << run.errors.toStdString();
-    EXPECT_TRUE(QFile::remove(file));
-
-    run = RunViewer({"--plugins", folder.path()});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.errors.contains("no tab extension plug-in found in " + folder.path()))
-        << run.errors.toStdString();
-
+    const QString missing = folder.filePath("missing");
+    const QString none = folder.filePath("none.xml");
     // A file named like a library that isn't one is reported and skipped.
-    QFile fake(folder.filePath("libbroken.so"));
+    QDir(folder.path()).mkdir("broken");
+    QFile fake(folder.filePath("broken/libbroken.so"));
     ASSERT_TRUE(fake.open(QIODevice::WriteOnly));
     fake.write("not a library");
     fake.close();
-    run = RunViewer({"--plugins", folder.path()});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.errors.contains("skipped libbroken.so")) << run.errors.toStdString();
-
-    const QString missing = folder.filePath("missing");
-    run = RunViewer({"--plugins", missing});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.errors.contains("plug-in folder " + missing + " does not exist"))
-        << run.errors.toStdString();
-
-    run = RunViewer({"--plugins", QStringLiteral(TAB_PLUGIN_DIR), "--camera", "mono"});
-    EXPECT_EQ(run.exitCode, 2);
-    EXPECT_TRUE(run.errors.contains("unknown camera \"mono\"")) << run.errors.toStdString();
-
-    const QString none = folder.filePath("none.xml");
-    run = RunViewer({"--plugins", QStringLiteral(TAB_PLUGIN_DIR), "--genicam", none});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_TRUE(run.errors.contains("cannot read " + none)) << run.errors.toStdString();
-
-    // Listing the devices needs no display; finding none is no error.
-    run = RunViewer({"--list-devices"});
-    EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.errors, "");
+    const struct
+    {
+        QStringList arguments;
+        int exitCode;
+        QString error;
+    } runs[] = {
+        {{"--camera=unsupported", "--screenshot", file},
+         0,
+         "libtabextensionautoaoi.so declined camera unsupported with code 4"},
+        {{"--plugins", missing}, 1, "plug-in folder " + missing + " does not exist"},
+        {{"--plugins", folder.filePath("broken")}, 1, "skipped libbroken.so"},
+        {{"--plugins", folder.filePath("broken")}, 1, "no tab extension plug-in found in "},
+        {{"--plugins", plugins, "--camera", "mono"}, 2, "unknown camera \"mono\""},
+        {{"--plugins", plugins, "--genicam", none}, 1, "cannot read " + none},
+        // Listing the devices needs no display; finding none is no error.
+        {{"--list-devices"}, 0, QString()},
+    };
+    for (const auto& expected : runs) {
+        const ViewerRun run = RunViewer(expected.arguments);
+        EXPECT_EQ(run.exitCode, expected.exitCode) << expected.arguments.join(" ").toStdString();
+        EXPECT_TRUE(expected.error.isEmpty() ? run.errors.isEmpty()
+                                             : run.errors.contains(expected.error))
+            << run.errors.toStdString();
+    }
+    EXPECT_TRUE(QFile::exists(file));
 }

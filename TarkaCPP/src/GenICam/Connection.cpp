@@ -70,7 +70,7 @@ Connection::Connection(ArvCamera* camera)
     arv_gc_set_access_check_policy(genicam, ARV_ACCESS_CHECK_POLICY_ENABLE);
     arv_gc_set_register_cache_policy(genicam, ARV_REGISTER_CACHE_POLICY_ENABLE);
     AddFeatures(genicam, RootCategory, std::string());
-    m_Observers.resize(m_Nodes.size());
+    m_Observers.Resize(m_Nodes.size());
     m_Signatures.resize(m_Nodes.size());
     if (g_signal_lookup("control-lost", G_OBJECT_TYPE(m_Device)) != 0) {
         m_ControlLostHandler =

@@ -1,6 +1,7 @@
 #ifndef TARKACPP_GENICAM_CONNECTION_H
 #define TARKACPP_GENICAM_CONNECTION_H
 
+#include "../ObserverRegistry.h"
 #include "GLibLog.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
@@ -8,11 +9,9 @@
 
 #include <atomic>
 #include <condition_variable>
-#include <deque>
 #include <mutex>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace KST {
@@ -30,14 +29,6 @@ struct NodeInfo
     // Entry names of an enumeration, with their nodes.
     std::vector<std::string> entries;
     std::vector<ArvGcFeatureNode*> entryNodes;
-};
-
-// A change waiting for the notifier, with the observers registered when it
-// was found; those removed since are skipped.
-struct Notification
-{
-    size_t index;
-    std::vector<IFeatureObserverPtr> observers;
 };
 
 // One opened Aravis camera, shared by the Camera object and its features.
@@ -91,17 +82,13 @@ public:
     std::mutex m_Lock;
     // Signalled whenever the queue, a delivery, a request or the stop flag changes.
     std::condition_variable m_Signal;
-    std::vector<std::vector<IFeatureObserverPtr>> m_Observers;
+    ObserverRegistry m_Observers{m_Signal};
     // The last signature of each watched feature.
     std::vector<std::string> m_Signatures;
-    std::deque<Notification> m_Queue;
     // Written features, notified at the next refresh whether changed or not.
     std::set<size_t> m_Written;
     unsigned long long m_RefreshesRequested = 0;
     unsigned long long m_RefreshesDone = 0;
-    bool m_Stopped = false;
-    std::thread::id m_NotifierThread;
-    IFeatureObserver* m_Delivering = nullptr;
 
     // With m_Lock held: asks the notifier for a refresh after a write.
     void RequestRefresh(size_t written);

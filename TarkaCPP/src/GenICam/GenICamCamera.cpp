@@ -1,7 +1,6 @@
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
 #include "../FrameDispatch.h"
-#include "../ObserverCalls.h"
 #include "Connection.h"
 #include "GenICamFeature.h"
 #include "ImageStream.h"
@@ -83,11 +82,9 @@ Camera::~Camera()
     std::deque<Notification> dropped;
     {
         std::lock_guard<std::mutex> lock(m_Connection->m_Lock);
-        m_Connection->m_Stopped = true;
-        dropped.swap(m_Connection->m_Queue);
         m_Connection->m_RefreshesDone = m_Connection->m_RefreshesRequested;
+        m_Connection->m_Observers.Stop(dropped);
     }
-    m_Connection->m_Signal.notify_all();
     m_Notifier.join();
     m_Stream.reset();
     m_Connection->Close();
@@ -169,15 +166,15 @@ void Camera::WaitForNotifications()
 {
     Connection& connection = *m_Connection;
     std::unique_lock<std::mutex> lock(connection.m_Lock);
-    if (std::this_thread::get_id() == connection.m_NotifierThread) {
+    ObserverRegistry& observers = connection.m_Observers;
+    if (observers.OnNotifierThread()) {
         return;
     }
     unsigned long long target = ++connection.m_RefreshesRequested;
     connection.m_Signal.notify_all();
     connection.m_Signal.wait(lock, [&] {
-        return connection.m_Stopped ||
-               (connection.m_RefreshesDone >= target && connection.m_Queue.empty() &&
-                connection.m_Delivering == nullptr);
+        return observers.IsStopped() ||
+               (connection.m_RefreshesDone >= target && observers.Done() >= observers.Queued());
     });
 }
 
@@ -185,11 +182,11 @@ void Camera::RunNotifier()
 {
     Connection& connection = *m_Connection;
     std::unique_lock<std::mutex> lock(connection.m_Lock);
-    connection.m_NotifierThread = std::this_thread::get_id();
+    connection.m_Observers.SetNotifierThread();
     std::chrono::steady_clock::time_point nextPoll = std::chrono::steady_clock::now();
-    while (!connection.m_Stopped) {
-        if (!connection.m_Queue.empty()) {
-            Deliver(lock);
+    while (!connection.m_Observers.IsStopped()) {
+        if (connection.m_Observers.HasQueued()) {
+            connection.m_Observers.DeliverNext(lock, m_Features);
         } else if (connection.m_RefreshesRequested > connection.m_RefreshesDone ||
                    std::chrono::steady_clock::now() >= nextPoll) {
             Refresh(lock);
@@ -206,12 +203,7 @@ void Camera::Refresh(std::unique_lock<std::mutex>& lock)
     unsigned long long target = connection.m_RefreshesRequested;
     std::set<size_t> written;
     written.swap(connection.m_Written);
-    std::vector<size_t> watched;
-    for (size_t index = 0; index < connection.m_Observers.size(); ++index) {
-        if (!connection.m_Observers[index].empty()) {
-            watched.push_back(index);
-        }
-    }
+    std::vector<size_t> watched = connection.m_Observers.Watched();
     lock.unlock();
     std::vector<std::string> signatures;
     connection.BypassRegisterCache(true);
@@ -232,28 +224,9 @@ void Camera::Refresh(std::unique_lock<std::mutex>& lock)
         }
     }
     for (size_t index : changed) {
-        const std::vector<IFeatureObserverPtr>& observers = connection.m_Observers[index];
-        if (!observers.empty()) {
-            connection.m_Queue.push_back(Notification{index, observers});
-        }
+        connection.m_Observers.Queue(index);
     }
     connection.m_RefreshesDone = std::max(connection.m_RefreshesDone, target);
-    connection.m_Signal.notify_all();
-}
-
-void Camera::Deliver(std::unique_lock<std::mutex>& lock)
-{
-    Connection& connection = *m_Connection;
-    Notification notification = std::move(connection.m_Queue.front());
-    connection.m_Queue.pop_front();
-    FeaturePtr feature = m_Features[notification.index];
-    CallObservers(lock, connection.m_Signal, connection.m_Delivering, notification.observers,
-                  connection.m_Observers[notification.index], feature);
-    // The last references may go here; never under the lock.
-    lock.unlock();
-    feature.reset();
-    notification.observers.clear();
-    lock.lock();
     connection.m_Signal.notify_all();
 }
 

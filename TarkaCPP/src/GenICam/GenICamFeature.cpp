@@ -290,54 +290,28 @@ TrkErrorType GenICamFeature::RunCommand()
 
 TrkErrorType GenICamFeature::RegisterObserver(IFeatureObserverPtr const& observer)
 {
-    if (!observer) {
-        return ErrorInvalidArgument;
-    }
     Connection& connection = *m_Connection;
     {
         std::lock_guard<std::mutex> lock(connection.m_Lock);
-        std::vector<IFeatureObserverPtr>& observers = connection.m_Observers[m_Index];
-        if (std::find(observers.begin(), observers.end(), observer) != observers.end()) {
-            return ErrorAlreadyRegistered;
-        }
-        if (!observers.empty()) {
-            observers.push_back(observer);
-            return Success;
+        if (!observer || connection.m_Observers.IsWatched(m_Index)) {
+            return connection.m_Observers.Register(m_Index, observer);
         }
     }
     // The first observer needs the state that later changes are told from.
     std::string signature = connection.Signature(m_Index);
     std::lock_guard<std::mutex> lock(connection.m_Lock);
-    std::vector<IFeatureObserverPtr>& observers = connection.m_Observers[m_Index];
-    if (std::find(observers.begin(), observers.end(), observer) != observers.end()) {
-        return ErrorAlreadyRegistered;
-    }
-    if (observers.empty()) {
+    if (!connection.m_Observers.IsWatched(m_Index)) {
         connection.m_Signatures[m_Index] = signature;
     }
-    observers.push_back(observer);
-    return Success;
+    return connection.m_Observers.Register(m_Index, observer);
 }
 
 TrkErrorType GenICamFeature::UnregisterObserver(IFeatureObserverPtr const& observer)
 {
     // Released after the lock: the library's reference may be the last one.
     IFeatureObserverPtr removed;
-    Connection& connection = *m_Connection;
-    std::unique_lock<std::mutex> lock(connection.m_Lock);
-    std::vector<IFeatureObserverPtr>& observers = connection.m_Observers[m_Index];
-    std::vector<IFeatureObserverPtr>::iterator found =
-        std::find(observers.begin(), observers.end(), observer);
-    if (!observer || found == observers.end()) {
-        return ErrorNotRegistered;
-    }
-    removed = *found;
-    observers.erase(found);
-    // The notifier itself can't wait for its own call to end.
-    if (std::this_thread::get_id() != connection.m_NotifierThread) {
-        connection.m_Signal.wait(lock, [&] { return connection.m_Delivering != observer.get(); });
-    }
-    return Success;
+    std::unique_lock<std::mutex> lock(m_Connection->m_Lock);
+    return m_Connection->m_Observers.Unregister(lock, m_Index, observer, removed);
 }
 
 } // namespace GenICam

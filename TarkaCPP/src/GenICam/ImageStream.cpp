@@ -18,7 +18,7 @@ const size_t PoolFrames = 4;
 // How long the thread waits for an image before it looks whether to stop.
 const guint64 PopTimeoutUs = 100000;
 // No image is larger: 64 megapixels of 32 bits.
-const size_t LargestBuffer = size_t(256) << 20;
+const size_t LargestBuffer = static_cast<size_t>(256) << 20;
 
 struct FormatOf
 {

@@ -1,5 +1,6 @@
 #include "CameraState.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace KST {
@@ -55,6 +56,7 @@ void CameraState::Add(const FeatureDescription& description)
     }
     m_Index[description.name] = m_Entries.size();
     m_Entries.push_back(std::move(entry));
+    m_Observers.Resize(m_Entries.size());
 }
 
 void CameraState::Touch(const FeatureEntry& entry)
@@ -70,6 +72,12 @@ TrkErrorType CameraState::Enter(size_t index, Op op)
     }
     FeatureEntry& entry = *m_Entries[index];
     ++entry.calls[static_cast<int>(op)];
+    if (m_Journaling) {
+        m_Journal.emplace_back(entry.name, op);
+    }
+    if (op == Op::GetValue && entry.misreport.unsteady) {
+        MoveOn(index);
+    }
     std::map<Op, TrkErrorType>::const_iterator failure = entry.failures.find(op);
     return failure == entry.failures.end() ? Success : failure->second;
 }
@@ -106,25 +114,36 @@ void CameraState::RunRules()
 void CameraState::QueueTouched(size_t written)
 {
     if (written != NoFeature) {
-        Queue(written);
+        m_Observers.Queue(written);
     }
     for (size_t index : m_Touched) {
         if (index != written) {
-            Queue(index);
+            m_Observers.Queue(index);
         }
     }
     m_Touched.clear();
 }
 
-void CameraState::Queue(size_t index)
+void CameraState::MoveOn(size_t index)
 {
-    const std::vector<IFeatureObserverPtr>& observers = m_Entries[index]->observers;
-    if (m_Stopped || observers.empty()) {
-        return;
-    }
-    Notification notification = {index, observers};
-    m_Queue.push_back(notification);
-    ++m_Queued;
+    const FeatureEntry& entry = *m_Entries[index];
+    Apply(
+        [&entry](CameraAccess& access) {
+            const Number<long long>& integer = entry.integer;
+            const Number<double>& real = entry.real;
+            if (entry.type == TrkFeatureDataInt) {
+                access.SetInt(entry.name, integer.value < integer.max
+                                              ? integer.value + std::max(integer.increment, 1LL)
+                                              : integer.min);
+            } else if (entry.type == TrkFeatureDataFloat) {
+                access.SetFloat(entry.name,
+                                real.value < real.max
+                                    ? real.value + (real.increment > 0.0 ? real.increment : 1.0)
+                                    : real.min);
+            }
+        },
+        index);
+    m_Signal.notify_all();
 }
 
 } // namespace Sim

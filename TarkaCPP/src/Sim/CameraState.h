@@ -1,19 +1,18 @@
 #ifndef TARKACPP_SIM_CAMERASTATE_H
 #define TARKACPP_SIM_CAMERASTATE_H
 
+#include "../ObserverRegistry.h"
 #include "FeatureDescription.h"
 
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace KST {
@@ -27,18 +26,10 @@ const int OpCount = static_cast<int>(Op::UnregisterObserver) + 1;
 struct FeatureEntry : FeatureDescription
 {
     std::set<std::string> unavailable;
-    std::vector<IFeatureObserverPtr> observers;
     Rule commandAction;
     std::array<int, OpCount> calls{};
     std::map<Op, TrkErrorType> failures;
-};
-
-// A change waiting for the notifier, with the observers registered when it
-// happened; those removed since are skipped.
-struct Notification
-{
-    size_t index;
-    std::vector<IFeatureObserverPtr> observers;
+    Misreport misreport;
 };
 
 // An action that the notifier runs every period.
@@ -64,17 +55,13 @@ public:
     std::vector<Rule> m_Rules;
     std::vector<PeriodicAction> m_PeriodicActions;
 
-    std::deque<Notification> m_Queue;
-    unsigned long long m_Queued = 0;
-    unsigned long long m_Delivered = 0;
-    bool m_Stopped = false;
-    std::thread::id m_NotifierThread;
-    // The observer being called right now, so that unregistering can wait.
-    IFeatureObserver* m_Delivering = nullptr;
+    ObserverRegistry m_Observers{m_Signal};
 
     // Features changed by the change in progress, with m_Lock held.
     std::set<size_t> m_Touched;
     unsigned long long m_ChangeCount = 0;
+    bool m_Journaling = false;
+    std::vector<std::pair<std::string, Op>> m_Journal;
 
     // These expect m_Lock to be held.
     size_t IndexOf(const std::string& name) const;
@@ -98,7 +85,8 @@ public:
     void Apply(const Rule& change, size_t written);
     void RunRules();
     void QueueTouched(size_t written);
-    void Queue(size_t index);
+    // Moves an unsteady value on before a read.
+    void MoveOn(size_t index);
 
     // Writes through a feature: counted and failure-injected under op,
     // refused when check rejects it (for its type or value) or when read

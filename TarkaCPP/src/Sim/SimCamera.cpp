@@ -1,7 +1,6 @@
 #include <TarkaCPP/Sim/SimCamera.h>
 
 #include "../FrameDispatch.h"
-#include "../ObserverCalls.h"
 #include "CameraState.h"
 #include "SimFeature.h"
 
@@ -53,11 +52,8 @@ Camera::~Camera()
     std::vector<FeaturePtr> features;
     {
         std::lock_guard<std::mutex> lock(m_State->m_Lock);
-        m_State->m_Stopped = true;
-        dropped.swap(m_State->m_Queue);
-        m_State->m_Delivered = m_State->m_Queued;
+        m_State->m_Observers.Stop(dropped);
     }
-    m_State->m_Signal.notify_all();
     m_Notifier.join();
     if (m_FrameThread.joinable()) {
         m_FrameThread.join();
@@ -70,24 +66,13 @@ void Camera::RunNotifier()
 {
     CameraState& state = *m_State;
     std::unique_lock<std::mutex> lock(state.m_Lock);
-    state.m_NotifierThread = std::this_thread::get_id();
-    while (!state.m_Stopped) {
-        if (state.m_Queue.empty()) {
+    state.m_Observers.SetNotifierThread();
+    while (!state.m_Observers.IsStopped()) {
+        if (state.m_Observers.HasQueued()) {
+            state.m_Observers.DeliverNext(lock, m_Features);
+        } else {
             WaitForWork(state, lock);
-            continue;
         }
-        Notification notification = std::move(state.m_Queue.front());
-        state.m_Queue.pop_front();
-        FeaturePtr feature = m_Features[notification.index];
-        CallObservers(lock, state.m_Signal, state.m_Delivering, notification.observers,
-                      state.m_Entries[notification.index]->observers, feature);
-        ++state.m_Delivered;
-        state.m_Signal.notify_all();
-        // The last references may go here; never under the lock.
-        lock.unlock();
-        feature.reset();
-        notification.observers.clear();
-        lock.lock();
     }
 }
 
@@ -96,7 +81,7 @@ void Camera::RunFrames()
     CameraState& state = *m_State;
     std::chrono::steady_clock::time_point due = std::chrono::steady_clock::now();
     std::unique_lock<std::mutex> lock(state.m_Lock);
-    while (!state.m_Stopped) {
+    while (!state.m_Observers.IsStopped()) {
         std::chrono::microseconds period(0);
         if (m_FrameClock) {
             period = m_Generator->Period(state.Access());
@@ -339,6 +324,27 @@ void Camera::ClearFailures()
     }
 }
 
+void Camera::SetMisreport(const std::string& name, const Misreport& misreport)
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->Entry(name).misreport = misreport;
+    m_State->ActivateHooks();
+}
+
+void Camera::StartJournal()
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    m_State->m_Journaling = true;
+    m_State->m_Journal.clear();
+    m_State->ActivateHooks();
+}
+
+std::vector<std::pair<std::string, Op>> Camera::Journal() const
+{
+    std::lock_guard<std::mutex> lock(m_State->m_Lock);
+    return m_State->m_Journal;
+}
+
 int Camera::Calls(const std::string& name, Op op) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
@@ -376,17 +382,18 @@ void Camera::CheckCounting() const
 int Camera::ObserverCount(const std::string& name) const
 {
     std::lock_guard<std::mutex> lock(m_State->m_Lock);
-    return static_cast<int>(m_State->Entry(name).observers.size());
+    return m_State->m_Observers.Count(m_State->IndexOf(m_State->Entry(name).name));
 }
 
 void Camera::WaitForNotifications()
 {
     std::unique_lock<std::mutex> lock(m_State->m_Lock);
-    if (std::this_thread::get_id() == m_State->m_NotifierThread) {
+    ObserverRegistry& observers = m_State->m_Observers;
+    if (observers.OnNotifierThread()) {
         return;
     }
-    unsigned long long target = m_State->m_Queued;
-    m_State->m_Signal.wait(lock, [&] { return m_State->m_Delivered >= target; });
+    unsigned long long target = observers.Queued();
+    m_State->m_Signal.wait(lock, [&] { return observers.Done() >= target; });
 }
 
 void Camera::SetFrameClock(bool running)
@@ -407,7 +414,7 @@ bool Camera::ProduceFrame()
     {
         std::lock_guard<std::mutex> lock(m_State->m_Lock);
         CameraAccess access = m_State->Access();
-        if (m_State->m_Stopped || m_Generator->Period(access).count() <= 0) {
+        if (m_State->m_Observers.IsStopped() || m_Generator->Period(access).count() <= 0) {
             return false;
         }
         m_Generator->Prepare(access);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <tuple>
 
 namespace KST {
 namespace TrkAPI {
@@ -51,6 +52,17 @@ TrkErrorType ReadIncrement(const FeatureEntry& entry, TrkFeatureDataType type,
     }
     increment = number.increment;
     return increment > 0 ? Success : ErrorNoIncrement;
+}
+
+// Answers from the misreport when it has the answer, or else by read.
+template <class T, class Out, class Read>
+TrkErrorType Report(const std::optional<T>& misreport, Out&& out, Read read)
+{
+    if (!misreport) {
+        return read();
+    }
+    out = *misreport;
+    return Success;
 }
 
 } // namespace
@@ -115,8 +127,10 @@ TrkErrorType SimFeature::GetCategory(char* buffer, unsigned int& length) const
 TrkErrorType SimFeature::GetDataType(TrkFeatureDataType& type) const
 {
     return Query(Op::GetDataType, [&](const FeatureEntry& entry) -> TrkErrorType {
-        type = entry.type;
-        return Success;
+        return Report(entry.misreport.type, type, [&]() -> TrkErrorType {
+            type = entry.type;
+            return Success;
+        });
     });
 }
 
@@ -131,16 +145,20 @@ TrkErrorType SimFeature::IsWritable(bool& writable)
 TrkErrorType SimFeature::GetValue(long long& value) const
 {
     return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
-        value = entry.integer.value;
-        return CheckType(entry, TrkFeatureDataInt);
+        return Report(entry.misreport.intValue, value, [&]() -> TrkErrorType {
+            value = entry.integer.value;
+            return CheckType(entry, TrkFeatureDataInt);
+        });
     });
 }
 
 TrkErrorType SimFeature::GetValue(double& value) const
 {
     return Query(Op::GetValue, [&](const FeatureEntry& entry) -> TrkErrorType {
-        value = entry.real.value;
-        return CheckType(entry, TrkFeatureDataFloat);
+        return Report(entry.misreport.floatValue, value, [&]() -> TrkErrorType {
+            value = entry.real.value;
+            return CheckType(entry, TrkFeatureDataFloat);
+        });
     });
 }
 
@@ -199,32 +217,40 @@ TrkErrorType SimFeature::IsValueAvailable(char const* name, bool& available) con
 TrkErrorType SimFeature::GetRange(long long& min, long long& max) const
 {
     return Query(Op::GetRange, [&](const FeatureEntry& entry) -> TrkErrorType {
-        min = entry.integer.min;
-        max = entry.integer.max;
-        return CheckType(entry, TrkFeatureDataInt);
+        return Report(entry.misreport.intRange, std::tie(min, max), [&]() -> TrkErrorType {
+            min = entry.integer.min;
+            max = entry.integer.max;
+            return CheckType(entry, TrkFeatureDataInt);
+        });
     });
 }
 
 TrkErrorType SimFeature::GetRange(double& min, double& max) const
 {
     return Query(Op::GetRange, [&](const FeatureEntry& entry) -> TrkErrorType {
-        min = entry.real.min;
-        max = entry.real.max;
-        return CheckType(entry, TrkFeatureDataFloat);
+        return Report(entry.misreport.floatRange, std::tie(min, max), [&]() -> TrkErrorType {
+            min = entry.real.min;
+            max = entry.real.max;
+            return CheckType(entry, TrkFeatureDataFloat);
+        });
     });
 }
 
 TrkErrorType SimFeature::GetIncrement(long long& increment) const
 {
     return Query(Op::GetIncrement, [&](const FeatureEntry& entry) {
-        return ReadIncrement(entry, TrkFeatureDataInt, entry.integer, increment);
+        return Report(entry.misreport.intIncrement, increment, [&]() -> TrkErrorType {
+            return ReadIncrement(entry, TrkFeatureDataInt, entry.integer, increment);
+        });
     });
 }
 
 TrkErrorType SimFeature::GetIncrement(double& increment) const
 {
     return Query(Op::GetIncrement, [&](const FeatureEntry& entry) {
-        return ReadIncrement(entry, TrkFeatureDataFloat, entry.real, increment);
+        return Report(entry.misreport.floatIncrement, increment, [&]() -> TrkErrorType {
+            return ReadIncrement(entry, TrkFeatureDataFloat, entry.real, increment);
+        });
     });
 }
 
@@ -292,15 +318,7 @@ TrkErrorType SimFeature::RegisterObserver(IFeatureObserverPtr const& observer)
     if (TrkErrorType code = m_State->Enter(m_Index, Op::RegisterObserver)) {
         return code;
     }
-    if (!observer) {
-        return ErrorInvalidArgument;
-    }
-    std::vector<IFeatureObserverPtr>& observers = m_State->m_Entries[m_Index]->observers;
-    if (std::find(observers.begin(), observers.end(), observer) != observers.end()) {
-        return ErrorAlreadyRegistered;
-    }
-    observers.push_back(observer);
-    return Success;
+    return m_State->m_Observers.Register(m_Index, observer);
 }
 
 TrkErrorType SimFeature::UnregisterObserver(IFeatureObserverPtr const& observer)
@@ -311,19 +329,7 @@ TrkErrorType SimFeature::UnregisterObserver(IFeatureObserverPtr const& observer)
     if (TrkErrorType code = m_State->Enter(m_Index, Op::UnregisterObserver)) {
         return code;
     }
-    std::vector<IFeatureObserverPtr>& observers = m_State->m_Entries[m_Index]->observers;
-    std::vector<IFeatureObserverPtr>::iterator found =
-        std::find(observers.begin(), observers.end(), observer);
-    if (!observer || found == observers.end()) {
-        return ErrorNotRegistered;
-    }
-    removed = *found;
-    observers.erase(found);
-    // The notifier itself can't wait for its own call to end.
-    if (std::this_thread::get_id() != m_State->m_NotifierThread) {
-        m_State->m_Signal.wait(lock, [&] { return m_State->m_Delivering != observer.get(); });
-    }
-    return Success;
+    return m_State->m_Observers.Unregister(lock, m_Index, observer, removed);
 }
 
 } // namespace Sim

@@ -2,6 +2,7 @@
 #define TARKACPP_GENICAM_GENICAMCAMERA_H
 
 #include <TarkaCPP/Device.h>
+#include <TarkaCPP/ErrorCode.h>
 
 #include <chrono>
 #include <memory>
@@ -20,21 +21,10 @@ namespace GenICam {
 class Connection;
 class ImageStream;
 
-// Result codes of the GenICam backend. Callers only tell zero from non-zero;
-// distinct codes make failures readable.
-enum ErrorCode : TrkErrorType
+// The GenICam backend's own result codes, beside those of ErrorCode: the
+// failures of a device.
+enum GenICamErrorCode : TrkErrorType
 {
-    Success = 0,
-    ErrorWrongType = -2001,
-    ErrorOutOfRange = -2002,
-    ErrorOffGrid = -2003,
-    ErrorNotWritable = -2004,
-    ErrorBufferTooSmall = -2005,
-    ErrorInvalidArgument = -2006,
-    ErrorNoIncrement = -2007,
-    ErrorAlreadyRegistered = -2008,
-    ErrorNotRegistered = -2009,
-    ErrorUnavailableEntry = -2010,
     // Aravis reported an error, or GLib a warning, for the call.
     ErrorDevice = -2011,
     // Another call held the camera longer than CallTimeout.
@@ -115,7 +105,6 @@ private:
     // Reads the watched features and queues what changed, with m_Lock of
     // the connection held on entry and on return.
     void Refresh(std::unique_lock<std::mutex>& lock);
-    void Deliver(std::unique_lock<std::mutex>& lock);
 
     std::shared_ptr<Connection> m_Connection;
     std::vector<FeaturePtr> m_Features;

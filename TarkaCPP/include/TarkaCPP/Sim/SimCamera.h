@@ -2,6 +2,7 @@
 #define TARKACPP_SIM_SIMCAMERA_H
 
 #include <TarkaCPP/Device.h>
+#include <TarkaCPP/ErrorCode.h>
 #include <TarkaCPP/Feature.h>
 #include <TarkaCPP/Sim/CameraAccess.h>
 
@@ -9,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -43,22 +45,32 @@ enum class Op
     UnregisterObserver
 };
 
-// Result codes of the in-memory backend. Callers only tell zero from
-// non-zero; distinct codes make test failures readable.
-enum ErrorCode : TrkErrorType
+// The in-memory backend's own result code, beside those of ErrorCode.
+enum SimErrorCode : TrkErrorType
 {
-    Success = 0,
-    ErrorWrongType = -1001,
-    ErrorOutOfRange = -1002,
-    ErrorOffGrid = -1003,
-    ErrorNotWritable = -1004,
-    ErrorBufferTooSmall = -1005,
-    ErrorInvalidArgument = -1006,
-    ErrorNoIncrement = -1007,
-    ErrorAlreadyRegistered = -1008,
-    ErrorNotRegistered = -1009,
-    ErrorUnavailableEntry = -1010,
+    // A failure that a test injected.
     ErrorInjected = -1011
+};
+
+// What a feature answers in place of the camera's state, as a broken camera
+// might, for tests of callers: each answer that is set replaces the true one,
+// whatever the feature's type. Writes, rules and observers still work on the
+// state.
+struct Misreport
+{
+    std::optional<TrkFeatureDataType> type;
+    // A value, inside its range or not.
+    std::optional<long long> intValue;
+    std::optional<double> floatValue;
+    // A range that lies: inverted, beside the value, or not a number.
+    std::optional<std::pair<long long, long long>> intRange;
+    std::optional<std::pair<double, double>> floatRange;
+    // A step, zero or less as well.
+    std::optional<long long> intIncrement;
+    std::optional<double> floatIncrement;
+    // A value that changes between two reads: the camera moves it a step on,
+    // past the maximum back to the minimum, before each read, and notifies.
+    bool unsteady = false;
 };
 
 // A rule recomputes what depends on other features, or an action changes the
@@ -160,11 +172,15 @@ public:
 
     // Test hooks. A failure makes that operation of that feature return code
     // until cleared. Calls are counted, whether they fail or not, from the
-    // first ResetCalls or SetFailure on: until then the features skip the
-    // bookkeeping, and Calls and TotalCalls throw std::logic_error.
+    // first ResetCalls, SetFailure, SetMisreport or StartJournal on: until then the features skip
+    // the bookkeeping, and Calls and TotalCalls throw std::logic_error.
     void SetFailure(const std::string& name, Op op, TrkErrorType code = ErrorInjected);
     void ClearFailure(const std::string& name, Op op);
     void ClearFailures();
+    void SetMisreport(const std::string& name, const Misreport& misreport);
+    // Every call from now on in order, as feature name and operation.
+    void StartJournal();
+    std::vector<std::pair<std::string, Op>> Journal() const;
     int Calls(const std::string& name, Op op) const;
     int TotalCalls(Op op) const;
     void ResetCalls();

@@ -1,11 +1,11 @@
-#ifndef FEATURETEXT_H
-#define FEATURETEXT_H
+#ifndef STDFEATURETEXT_H
+#define STDFEATURETEXT_H
 
 #include <TarkaCPP/Feature.h>
 
 #include <string>
 
-// A text of the feature read by the two-call protocol: its name unless another
+// A std::string text of the feature read by the two-call protocol: its name unless another
 // read is given; empty when the read fails.
 inline std::string FeatureText(const KST::TrkAPI::FeaturePtr& feature,
                                TrkErrorType (KST::TrkAPI::Feature::*read)(char*, unsigned int&)
