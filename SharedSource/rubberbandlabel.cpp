@@ -221,9 +221,9 @@ void RubberBandLabel::PlacePicture()
     const QRect contents =
         contentsRect().marginsRemoved(QMargins(margin(), margin(), margin(), margin()));
     const QPixmap tinted = pixmap(Qt::ReturnByValue);
-    const QRect shown = QStyle::alignedRect(
-        QGuiApplication::layoutDirection(), QStyle::visualAlignment(layoutDirection(), alignment()),
-        tinted.size() / tinted.devicePixelRatio(), contents);
+    const QRect shown = QStyle::alignedRect(QGuiApplication::layoutDirection(),
+                                            QStyle::visualAlignment(layoutDirection(), alignment()),
+                                            tinted.size() / tinted.devicePixelRatio(), contents);
     const double scale = ScreenScale();
     const QRectF area(shown.x() + m_PictureArea.x() * scale, shown.y() + m_PictureArea.y() * scale,
                       m_PictureArea.width() * scale, m_PictureArea.height() * scale);
