@@ -1,18 +1,19 @@
 #include "rubberbandlabel.h"
 
+#include "PreviewPicture.h"
 #include "Saturating.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QPalette>
 #include <QPointer>
 #include <QResizeEvent>
 #include <QRubberBand>
+#include <QStyle>
 #include <QTimer>
 
 #include <cstdlib>
-#include <utility>
 
 namespace {
 
@@ -70,7 +71,6 @@ RubberBandLabel::RubberBandLabel(int imageWidth, int imageHeight, const QColor& 
     m_Pixmap = QPixmap(imageWidth, imageHeight);
     QColor tint = color;
     FillPixmap(tint);
-    m_Tint = tint;
     setMask(MaskOfTransparentPixels(tint));
     // Scaled to its own size the picture comes back shared, not copied.
     setPixmap(
@@ -204,42 +204,38 @@ void RubberBandLabel::mouseMoveEvent(QMouseEvent* event)
 
 void RubberBandLabel::SetPicture(const QImage& picture, const QRect& area)
 {
-    m_Picture = picture;
+    if (!m_Picture) {
+        m_Picture = new PreviewPicture(this);
+        m_Picture->lower();
+    }
     m_PictureArea = area;
-    setPixmap(ShownPicture());
+    m_Picture->SetImage(picture);
+    PlacePicture();
 }
 
-// The tinted picture scaled to the label, or, once there is a picture of the
-// image, that picture on the tint, placed by the band's own scale so that
-// band and picture agree.
-QPixmap RubberBandLabel::ShownPicture() const
+// The picture's area at the band's own scale, within the tinted picture where
+// QLabel draws it (as QStyle::drawItemPixmap places it), so that band and
+// picture agree; what the area leaves of the tinted picture stays tinted.
+void RubberBandLabel::PlacePicture()
 {
-    if (m_Picture.isNull()) {
-        return m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    }
-    const QSize shown = QSize(m_ImageWidth, m_ImageHeight).scaled(size(), Qt::KeepAspectRatio);
-    if (shown.isEmpty()) {
-        return QPixmap();
-    }
-    QImage composed(shown, QImage::Format_ARGB32_Premultiplied);
+    const QRect contents =
+        contentsRect().marginsRemoved(QMargins(margin(), margin(), margin(), margin()));
+    const QPixmap tinted = pixmap(Qt::ReturnByValue);
+    const QRect shown = QStyle::alignedRect(QGuiApplication::layoutDirection(),
+                                            QStyle::visualAlignment(layoutDirection(), alignment()),
+                                            tinted.size() / tinted.devicePixelRatio(), contents);
     const double scale = ScreenScale();
-    const QRectF target(m_PictureArea.x() * scale, m_PictureArea.y() * scale,
-                        m_PictureArea.width() * scale, m_PictureArea.height() * scale);
-    // A host scales the picture for the label, so it nearly always covers
-    // it at its own size: no tint below, no smoothing needed.
-    if (!target.contains(QRectF(composed.rect()))) {
-        composed.fill(m_Tint);
-    }
-    QPainter painter(&composed);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, target.size() != m_Picture.size());
-    painter.drawImage(target, m_Picture);
-    painter.end();
-    return QPixmap::fromImage(std::move(composed));
+    const QRectF area(shown.x() + m_PictureArea.x() * scale, shown.y() + m_PictureArea.y() * scale,
+                      m_PictureArea.width() * scale, m_PictureArea.height() * scale);
+    m_Picture->setGeometry(area.toRect() & shown & contents);
 }
 
 void RubberBandLabel::resizeEvent(QResizeEvent* event)
 {
-    setPixmap(ShownPicture());
+    setPixmap(m_Pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    if (m_Picture) {
+        PlacePicture();
+    }
     // A resize while hidden reaches the next show with no old size to scale
     // from; the stored region places the band at once then.
     if (m_RubberBand && event->oldSize().isValid()) {

@@ -5,8 +5,10 @@
 #include <QImage>
 #include <QLabel>
 #include <QPixmap>
+#include <QRect>
 #include <QRegion>
 
+class PreviewPicture;
 class QRubberBand;
 
 // A small picture of an image of a reference size, with a translucent band on
@@ -60,7 +62,7 @@ private slots:
 
 private:
     void FillPixmap(QColor& color);
-    QPixmap ShownPicture() const;
+    void PlacePicture();
     QRegion MaskOfTransparentPixels(const QColor& fill) const;
     bool IsResizing() const;
     double ScreenScale() const;
@@ -83,8 +85,7 @@ private:
     bool m_ResizingRight = false;
     bool m_ResizingTop = false;
     bool m_ResizingBottom = false;
-    QColor m_Tint;
-    QImage m_Picture;
+    PreviewPicture* m_Picture = nullptr;
     QRect m_PictureArea;
     int m_Top = -1;
     int m_Left = 0;

@@ -29,6 +29,11 @@ const double FrameRate = 30.0;
 const int SecondsPerRun = 4;
 const QSize PaneSize(860, 560);
 const double KilobytesPerMegabyte = 1024.0;
+const double GoalMilliseconds = 1.0;
+const double GoalMegabytesAbove = 40.0;
+// Frames shown per second with images for the tab, as a share of those shown
+// without, that still count as the display keeping up.
+const double KeepingUpShare = 0.95;
 
 struct Size
 {
@@ -61,7 +66,12 @@ void Run(const Size& size, bool feedTab)
                          [&](const QImage& copy, const QSize& frameSize) {
                              const double start = ThreadSeconds();
                              page.tab->ShowCameraImage(copy, frameSize);
-                             page.tab->Preview()->repaint();
+                             // What the hand over left for later, run now: the
+                             // repaint of all it invalidated, any new layout.
+                             for (QWidget* widget = page.tab->Preview(); widget;
+                                  widget = widget->parentWidget()) {
+                                 QCoreApplication::sendPostedEvents(widget);
+                             }
                              updateSeconds += ThreadSeconds() - start;
                              ++updates;
                          });
@@ -105,20 +115,28 @@ int main(int argc, char** argv)
                 "up at 20 MP; peak memory at 20 MP at most 40 MB above the run without images "
                 "for the tab. Camera at %.0f frames/s for %d s, Mono8, image pane %d x %d, the "
                 "tab of the Autofunction camera beside it. GUI ms is the thread's CPU time of "
-                "handing the tab one image and repainting its preview.\n\n",
+                "handing the tab one image and running at once what that left for later: the "
+                "repaint of all it invalidated, and any new layout of the tab.\n\n",
                 FrameRate, SecondsPerRun, PaneSize.width(), PaneSize.height());
     std::printf("| Frame | Images to the tab | GUI ms per image | Shown/s | Shown/s without | "
                 "Peak MB | Peak MB without | Above |\n|---|---:|---:|---:|---:|---:|---:|---:|\n");
-    for (int size = 0; size < int(sizeof Sizes / sizeof Sizes[0]); ++size) {
+    const int largest = int(sizeof Sizes / sizeof Sizes[0]) - 1;
+    bool met = true;
+    for (int size = 0; size <= largest; ++size) {
         const QStringList with = RunApart(argv[0], size, true);
         const QStringList without = RunApart(argv[0], size, false);
         if (with.size() < 4 || without.size() < 4) {
+            met = false;
             continue;
         }
+        const double above = with[3].toDouble() - without[3].toDouble();
         std::printf("| %s | %s | %s | %s | %s | %s | %s | %.1f |\n", Sizes[size].name,
                     qPrintable(with[0]), qPrintable(with[1]), qPrintable(with[2]),
-                    qPrintable(without[2]), qPrintable(with[3]), qPrintable(without[3]),
-                    with[3].toDouble() - without[3].toDouble());
+                    qPrintable(without[2]), qPrintable(with[3]), qPrintable(without[3]), above);
+        met = met && with[1].toDouble() <= GoalMilliseconds &&
+              (size < largest || (with[2].toDouble() >= KeepingUpShare * without[2].toDouble() &&
+                                  above <= GoalMegabytesAbove));
     }
+    std::printf("\nGoal met: %s.\n", met ? "yes" : "no");
     return 0;
 }
