@@ -1,12 +1,10 @@
 // The GenICam backend over Aravis's fake cameras serving the descriptions of
 // cameras/, and one camera through GigE Vision over loopback.
 
+#include "FakeGigECamera.h"
 #include "FeatureText.h"
 #include "GenICam/Connection.h"
-#include "ServerProcess.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
-
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -21,6 +19,25 @@ using namespace KST::TrkAPI;
 using namespace KST::TrkAPI::GenICam;
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+// What the backend promises a host whose device stops answering.
+const std::chrono::milliseconds LossLimit(1000);
+const std::chrono::milliseconds CallLimit(200);
+const std::chrono::milliseconds CloseLimit(100);
+
+// A host's own GLib handler: counts its own messages and any others.
+struct HostLog
+{
+    static constexpr const char* Domain = "Host";
+    static void Handle(const gchar* domain, GLogLevelFlags, const gchar*, gpointer log)
+    {
+        HostLog& counts = *static_cast<HostLog*>(log);
+        ++(domain != nullptr && std::string(domain) == Domain ? counts.host : counts.others);
+    }
+    int host = 0;
+    int others = 0;
+};
 
 std::string Description(const std::string& family)
 {
@@ -262,32 +279,17 @@ TEST(GenICamCamera, UnreadableDescriptionsAreRefusedWithoutNoise)
     std::remove(broken.c_str());
 }
 
-TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
+TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopbackUntilUnplugged)
 {
-    const QString tool = QStandardPaths::findExecutable(QStringLiteral("arv-fake-gv-camera-0.8"));
-    if (tool.isEmpty()) {
+    if (!FakeGigECamera::Available()) {
         GTEST_SKIP() << "arv-fake-gv-camera-0.8 (package aravis-tools) is not installed";
     }
-    const std::string serial = ServerProcess::UniqueSerial("T");
-    ServerProcess server(tool.toStdString(),
-                         {"-i", "127.0.0.1", "-s", serial, "-g", Description("automode")});
-
-    // The server needs a moment before it answers discovery.
-    const std::string wanted = "Aravis-Fake-" + serial;
-    std::string id;
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (id.empty() && server.IsRunning() && std::chrono::steady_clock::now() < deadline) {
-        for (const std::string& found : Camera::DeviceIds()) {
-            if (found == wanted) {
-                id = found;
-            }
-        }
-    }
-    ASSERT_FALSE(id.empty()) << "the fake GigE Vision camera was not discovered";
-
+    FakeGigECamera device(Description("automode"));
+    ASSERT_TRUE(device.Start()) << "the fake GigE Vision camera was not discovered";
     std::string error;
-    std::unique_ptr<Camera> camera = Camera::Open(id, &error);
+    std::unique_ptr<Camera> camera = Camera::Open(device.Id(), &error);
     ASSERT_TRUE(camera) << error;
+    EXPECT_FALSE(camera->IsReadOnly());
     EXPECT_EQ(FeatureText(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
     FeaturePtr offset = camera->Find("AutoModeRegionOffsetX");
     FeaturePtr width = camera->Find("AutoModeRegionWidth");
@@ -297,17 +299,88 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     EXPECT_EQ(offset->SetValue(1960LL), ErrorOutOfRange);
     EXPECT_EQ(Int(offset), 1952);
     EXPECT_EQ(Int(width), 640);
+    EXPECT_EQ(Range(offset), std::make_pair(0LL, 1952LL));
     // The acquisition register lives in the device.
+    FeaturePtr status = camera->Find("AcquisitionStatus");
     EXPECT_EQ(camera->Find("AcquisitionStart")->RunCommand(), 0);
     bool acquiring = false;
-    EXPECT_EQ(camera->Find("AcquisitionStatus")->GetValue(acquiring), 0);
+    EXPECT_EQ(status->GetValue(acquiring), 0);
     EXPECT_TRUE(acquiring);
-    EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
 
-    // A device that stops answering is lost: its calls fail from then on.
-    server.Kill();
-    FeaturePtr status = camera->Find("AcquisitionStatus");
-    EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
+    // Unplugged, it is lost within a second; until then and after, its reads
+    // answer what the device answered last, and no call waits long.
+    const Clock::time_point killed = Clock::now();
+    device.Kill();
+    Clock::duration longest = Clock::duration::zero();
+    while (camera->IsConnected() && Clock::now() - killed < 2 * LossLimit) {
+        const Clock::time_point start = Clock::now();
+        EXPECT_EQ(status->GetValue(acquiring), 0);
+        EXPECT_TRUE(acquiring);
+        EXPECT_EQ(Range(offset), std::make_pair(0LL, 1952LL));
+        longest = std::max(longest, Clock::now() - start);
+    }
     EXPECT_FALSE(camera->IsConnected());
+    EXPECT_LT(Clock::now() - killed, LossLimit);
+    EXPECT_LT(longest, CallLimit);
+    EXPECT_EQ(Int(offset), 1952);
     EXPECT_EQ(offset->SetValue(1952LL), ErrorDeviceLost);
+    const Clock::time_point closing = Clock::now();
+    camera.reset();
+    EXPECT_LT(Clock::now() - closing, CloseLimit);
+    EXPECT_EQ(status->GetValue(acquiring), ErrorClosed);
+}
+
+TEST(GenICamCamera, ASecondProgramOnTheDeviceReadsButCannotWriteAndIsNotLost)
+{
+    if (!FakeGigECamera::Available()) {
+        GTEST_SKIP() << "arv-fake-gv-camera-0.8 (package aravis-tools) is not installed";
+    }
+    FakeGigECamera device(Description("automode"));
+    ASSERT_TRUE(device.Start()) << "the fake GigE Vision camera was not discovered";
+    std::unique_ptr<Camera> controller = Camera::Open(device.Id());
+    std::unique_ptr<Camera> monitor = Camera::Open(device.Id());
+    ASSERT_TRUE(controller && monitor);
+    EXPECT_FALSE(controller->IsReadOnly());
+    EXPECT_TRUE(monitor->IsReadOnly());
+
+    FeaturePtr width = monitor->Find("AutoModeRegionWidth");
+    EXPECT_EQ(width->SetValue(640LL), ErrorReadOnlyAccess);
+    EXPECT_EQ(monitor->Find("AcquisitionStart")->RunCommand(), ErrorReadOnlyAccess);
+    EXPECT_FALSE(Writable(width));
+    EXPECT_EQ(Int(width), 1296);
+    EXPECT_EQ(controller->Find("AcquisitionStart")->RunCommand(), 0);
+    bool acquiring = false;
+    EXPECT_EQ(monitor->Find("AcquisitionStatus")->GetValue(acquiring), 0);
+    EXPECT_TRUE(acquiring);
+    // Both are watched meanwhile: neither counts as lost.
+    std::this_thread::sleep_for(LossLimit);
+    EXPECT_TRUE(monitor->IsConnected());
+    EXPECT_TRUE(controller->IsConnected());
+}
+
+TEST(GenICamCamera, AHostsGLibHandlerKeepsItsMessagesWhetherInstalledBeforeOrAfterOpening)
+{
+    const std::string broken = testing::TempDir() + "broken-host-camera.xml";
+    std::ofstream(broken) << "<RegisterDescription><Integer Name=\"Width\"><Value>x";
+    std::vector<std::string> outcomes;
+    // The first round's handler comes before the process's first opening,
+    // the second's after it.
+    for (int round = 0; round < 2; ++round) {
+        HostLog log;
+        g_log_set_default_handler(HostLog::Handle, &log);
+        testing::internal::CaptureStderr();
+        g_log(HostLog::Domain, G_LOG_LEVEL_WARNING, "host warning %d", round);
+        std::string error;
+        EXPECT_FALSE(Camera::OpenDescription(broken, &error));
+        std::unique_ptr<Camera> camera = OpenFamily("automode");
+        const TrkErrorType refused = camera->Find("AutoModeRegionWidth")->SetValue(3LL);
+        g_log(HostLog::Domain, G_LOG_LEVEL_MESSAGE, "host message %d", round);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(log.host, 2);
+        EXPECT_EQ(log.others, 0);
+        outcomes.push_back(error + " " + std::to_string(refused));
+    }
+    g_log_set_default_handler(g_log_default_handler, nullptr);
+    EXPECT_EQ(outcomes.at(0), outcomes.at(1));
+    std::remove(broken.c_str());
 }

@@ -3,8 +3,10 @@
 #include "../FrameDispatch.h"
 #include "../ObserverCalls.h"
 #include "Connection.h"
+#include "GLibLog.h"
 #include "GenICamFeature.h"
 #include "ImageStream.h"
+#include "Teardown.h"
 
 #include <algorithm>
 #include <fstream>
@@ -17,6 +19,9 @@ const std::chrono::milliseconds Camera::PollPeriod(250);
 const std::chrono::milliseconds Camera::CallTimeout(3000);
 
 namespace {
+
+// How often the notifier looks whether the device still answers.
+const std::chrono::milliseconds WatchPeriod(50);
 
 // Aravis's device list and the description file of its fake camera are
 // global to the process.
@@ -78,6 +83,8 @@ Camera::Camera(const std::shared_ptr<Connection>& connection)
 
 Camera::~Camera()
 {
+    m_Frames->SetHandler(FrameHandler());
+    m_Connection->BeginClose();
     // Released after the lock: they may hold the last references.
     std::deque<Notification> dropped;
     {
@@ -88,8 +95,15 @@ Camera::~Camera()
     }
     m_Connection->m_Signal.notify_all();
     m_Notifier.join();
-    m_Stream.reset();
-    m_Connection->Close();
+    // The stream's thread hands frames to m_Frames until it ends.
+    std::shared_ptr<Connection> connection = m_Connection;
+    std::shared_ptr<ImageStream> stream(std::move(m_Stream));
+    std::shared_ptr<FrameDispatch> frames(std::move(m_Frames));
+    Teardown::Run([connection, stream, frames]() mutable {
+        stream.reset();
+        frames.reset();
+        connection->Release();
+    });
 }
 
 std::unique_ptr<Camera> Camera::Open(const std::string& deviceId, std::string* error)
@@ -163,6 +177,11 @@ bool Camera::IsConnected() const
     return m_Connection->IsConnected();
 }
 
+bool Camera::IsReadOnly() const
+{
+    return m_Connection->IsReadOnly();
+}
+
 void Camera::WaitForNotifications()
 {
     Connection& connection = *m_Connection;
@@ -186,6 +205,7 @@ void Camera::RunNotifier()
     connection.m_NotifierThread = std::this_thread::get_id();
     std::chrono::steady_clock::time_point nextPoll = std::chrono::steady_clock::now();
     while (!connection.m_Stopped) {
+        connection.Watch();
         if (!connection.m_Queue.empty()) {
             Deliver(lock);
         } else if (connection.m_RefreshesRequested > connection.m_RefreshesDone ||
@@ -193,7 +213,8 @@ void Camera::RunNotifier()
             Refresh(lock);
             nextPoll = std::chrono::steady_clock::now() + PollPeriod;
         } else {
-            connection.m_Signal.wait_until(lock, nextPoll);
+            connection.m_Signal.wait_until(
+                lock, std::min(nextPoll, std::chrono::steady_clock::now() + WatchPeriod));
         }
     }
 }
