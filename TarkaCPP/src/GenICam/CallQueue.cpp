@@ -11,7 +11,7 @@ struct CallQueue::Job
     bool done = false;
 };
 
-CallQueue::CallQueue() : m_LastDone(Clock::now()), m_Thread(&CallQueue::Serve, this) {}
+CallQueue::CallQueue() : m_Thread(&CallQueue::Serve, this) {}
 
 CallQueue::~CallQueue()
 {
@@ -47,16 +47,18 @@ CallQueue::Outcome CallQueue::Run(const Call& call, bool watched, std::chrono::m
     return m_Stopping ? Stopped : NoAnswer;
 }
 
-void CallQueue::PostIfIdle(const Call& call, std::chrono::milliseconds idle)
+void CallQueue::PostEvery(const Call& call, std::chrono::milliseconds period)
 {
     std::lock_guard<std::mutex> lock(m_Lock);
-    if (m_Stopping || m_Running || !m_Jobs.empty() || Clock::now() - m_LastDone < idle) {
+    const Clock::time_point now = Clock::now();
+    if (m_Stopping || (m_Posted && !m_Posted->done) || now - m_LastPosted < period) {
         return;
     }
-    std::shared_ptr<Job> job = std::make_shared<Job>();
-    job->call = call;
-    job->watched = true;
-    m_Jobs.push_back(job);
+    m_Posted = std::make_shared<Job>();
+    m_Posted->call = call;
+    m_Posted->watched = true;
+    m_LastPosted = now;
+    m_Jobs.push_back(m_Posted);
     m_Signal.notify_all();
 }
 
@@ -99,7 +101,6 @@ void CallQueue::Serve()
         // The call's captures go here, with the lock released.
         std::shared_ptr<Job> finished;
         finished.swap(m_Running);
-        m_LastDone = Clock::now();
         m_Signal.notify_all();
         lock.unlock();
         finished.reset();

@@ -39,9 +39,9 @@ public:
     // Runs call on the thread and waits at most timeout for it to end. A
     // watched call counts towards Stalled() while it runs.
     Outcome Run(const Call& call, bool watched, std::chrono::milliseconds timeout);
-    // Queues a watched call without waiting for it, unless the thread has
-    // been busy within the last idle period.
-    void PostIfIdle(const Call& call, std::chrono::milliseconds idle);
+    // Queues a watched call without waiting for it, at most once a period
+    // and not while the last one waits or runs.
+    void PostEvery(const Call& call, std::chrono::milliseconds period);
     // How long the watched call running now has run; zero without one.
     Clock::duration Stalled();
 
@@ -59,7 +59,8 @@ private:
     std::deque<std::shared_ptr<Job>> m_Jobs;
     std::shared_ptr<Job> m_Running;
     Clock::time_point m_Started;
-    Clock::time_point m_LastDone;
+    std::shared_ptr<Job> m_Posted;
+    Clock::time_point m_LastPosted;
     bool m_Stopping = false;
     std::thread m_Thread;
 };

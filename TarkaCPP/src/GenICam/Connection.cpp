@@ -75,7 +75,7 @@ void Describe(std::ostream& out, const NodeInfo& info, GError** error)
 
 const std::chrono::milliseconds Connection::AnswerTimeout(100);
 const std::chrono::milliseconds Connection::LossTimeout(550);
-const std::chrono::milliseconds Connection::ProbePeriod(150);
+const std::chrono::milliseconds Connection::ProbePeriod(100);
 
 Connection::Connection(ArvCamera* camera)
     : m_Camera(camera), m_Device(arv_camera_get_device(camera))
@@ -258,7 +258,7 @@ void Connection::Watch()
         MarkLost();
         return;
     }
-    m_Calls->PostIfIdle(
+    m_Calls->PostEvery(
         [this] {
             Execute(
                 [this](GError** error) {

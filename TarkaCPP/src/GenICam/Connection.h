@@ -86,8 +86,7 @@ public:
     // Aravis's wait for one answer, so Aravis has asked again in vain: the
     // device is lost.
     static const std::chrono::milliseconds LossTimeout;
-    // A device with no call for this long, 150 ms, is asked whether it
-    // still answers.
+    // How often the device is asked whether it still answers: 100 ms.
     static const std::chrono::milliseconds ProbePeriod;
 
     // Takes over the reference on camera.
@@ -120,8 +119,8 @@ public:
     // True when another program held the device's control channel at
     // opening: features read, writes fail with ErrorReadOnlyAccess.
     bool IsReadOnly() const { return m_ReadOnly; }
-    // Asks an idle device whether it still answers, and marks it lost when a
-    // read has waited for longer than LossTimeout.
+    // Asks the device now and then whether it still answers, and marks it
+    // lost when a read has waited for longer than LossTimeout.
     void Watch();
     // Aravis's in-process fake camera, or null.
     ArvFakeCamera* FakeCamera() const { return m_Fake; }

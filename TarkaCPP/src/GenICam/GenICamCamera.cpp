@@ -21,7 +21,7 @@ const std::chrono::milliseconds Camera::CallTimeout(3000);
 namespace {
 
 // How often the notifier looks whether the device still answers.
-const std::chrono::milliseconds WatchPeriod(50);
+const std::chrono::milliseconds WatchPeriod(25);
 
 // Aravis's device list and the description file of its fake camera are
 // global to the process.

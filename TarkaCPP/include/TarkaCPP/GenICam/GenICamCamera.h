@@ -77,11 +77,10 @@ enum ErrorCode : TrkErrorType
 // call left unanswered fails with ErrorNoAnswer, a read answers instead
 // what the device last answered to it. The device counts as lost when
 // Aravis loses its control channel or a read stays unanswered for more than
-// Aravis's wait for one answer, so that Aravis has asked again in vain; a
-// device that is idle is asked every 150 ms, so a loss is found within a
-// second. From then on reads answer the last answers known, so that a host
-// sees a camera that stands still until it closes it, and writes fail with
-// ErrorDeviceLost.
+// Aravis's wait for one answer, so that Aravis has asked again in vain; the
+// device is asked every 100 ms, so a loss is found within a second. From then on reads answer the
+// last answers known, so that a host sees a camera that stands still until it closes it, and writes
+// fail with ErrorDeviceLost.
 //
 // Destroying the Camera object returns at once: Aravis's objects and
 // threads are released on a thread of the library. FeaturePtrs stay safe
