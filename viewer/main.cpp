@@ -91,32 +91,40 @@ int main(int argc, char** argv)
     QDir::setCurrent(QFileInfo(pluginDirectory).absolutePath());
 
     ViewerWindow window(loader.Plugins(), options.Verbose());
-    if (!window.OpenCamera(options.Camera())) {
-        return 1;
-    }
-    window.show();
-    if (options.Acquire()) {
-        window.StartAcquisition();
-    }
-
-    if (!screenshotFile.isEmpty()) {
-        QElapsedTimer sinceShown;
+    QTimer* poll = new QTimer(&window);
+    QElapsedTimer sinceShown;
+    // Only the first opening decides whether the viewer starts; a camera
+    // opened again after it was lost keeps the acquisition it was given.
+    QObject::connect(&window, &ViewerWindow::cameraOpened, &window, [&](bool opened) {
+        if (sinceShown.isValid()) {
+            return;
+        }
+        if (!opened) {
+            QApplication::exit(1);
+            return;
+        }
         sinceShown.start();
-        QTimer* poll = new QTimer(&window);
-        QObject::connect(poll, &QTimer::timeout, &window, [&, poll]() {
-            const qint64 elapsed = sinceShown.elapsed();
-            const bool framesDone = !options.Acquire() ||
-                                    window.Image()->FramesShown() >= ScreenshotFrames ||
-                                    elapsed >= ScreenshotTimeLimitMs;
-            if (elapsed >= ScreenshotDelayMs && framesDone) {
-                poll->stop();
-                if (options.Acquire() && window.Image()->FramesShown() == 0) {
-                    std::fprintf(stderr, "tabviewer: no frame shown before the screenshot\n");
-                }
-                SaveScreenshot(window, screenshotFile);
+        if (options.Acquire()) {
+            window.StartAcquisition();
+        }
+        if (!screenshotFile.isEmpty()) {
+            poll->start(ScreenshotPollMs);
+        }
+    });
+    QObject::connect(poll, &QTimer::timeout, &window, [&]() {
+        const qint64 elapsed = sinceShown.elapsed();
+        const bool framesDone = !options.Acquire() ||
+                                window.Image()->FramesShown() >= ScreenshotFrames ||
+                                elapsed >= ScreenshotTimeLimitMs;
+        if (elapsed >= ScreenshotDelayMs && framesDone) {
+            poll->stop();
+            if (options.Acquire() && window.Image()->FramesShown() == 0) {
+                std::fprintf(stderr, "tabviewer: no frame shown before the screenshot\n");
             }
-        });
-        poll->start(ScreenshotPollMs);
-    }
+            SaveScreenshot(window, screenshotFile);
+        }
+    });
+    window.OpenCamera(options.Camera());
+    window.show();
     return app.exec();
 }

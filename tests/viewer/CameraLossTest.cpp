@@ -1,0 +1,153 @@
+// The viewer with the real tab on a GigE Vision camera that is unplugged and
+// plugged in again.
+
+#include "FakeGigECamera.h"
+#include "ImagePane.h"
+#include "OpenAndWait.h"
+#include "TabPluginLoader.h"
+
+#include <QLabel>
+#include <QMouseEvent>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const int LossReportLimitMs = 1000;
+const int BlockedLimitMs = 200;
+const int LatencyProbeMs = 10;
+const int WaitLimitMs = 30000;
+const int FrameWaitMs = 3000;
+
+// The longest time the event loop took to run a timer due every 10 ms.
+class EventLoopLatency
+{
+public:
+    EventLoopLatency()
+    {
+        m_Since.start();
+        QObject::connect(&m_Timer, &QTimer::timeout, [this] {
+            m_Longest = std::max(m_Longest, m_Since.restart() - LatencyProbeMs);
+        });
+        m_Timer.start(LatencyProbeMs);
+    }
+    qint64 LongestMs() const { return m_Longest; }
+
+private:
+    QTimer m_Timer;
+    QElapsedTimer m_Since;
+    qint64 m_Longest = 0;
+};
+
+void Mouse(QWidget* widget, QEvent::Type type, const QPoint& at)
+{
+    const Qt::MouseButtons buttons =
+        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent event(type, at, Qt::LeftButton, buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &event);
+}
+
+// Discovery over a busy loopback now and then misses a device that answered
+// a moment before; a user would choose it again.
+bool OpenDevice(ViewerWindow& window, const QString& id)
+{
+    const int attempts = 3;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        if (OpenAndWait(window, id)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+template <class Done>
+bool RunUntil(Done done, int limitMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!done() && timer.elapsed() < limitMs) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, LatencyProbeMs);
+    }
+    return done();
+}
+
+} // namespace
+
+TEST(CameraLoss, AnUnpluggedCameraIsReportedAtOnceWithoutBlockingAndOpensAgainWhenBack)
+{
+    if (!FakeGigECamera::Available()) {
+        GTEST_SKIP() << "arv-fake-gv-camera-0.8 (package aravis-tools) is not installed";
+    }
+    TabPluginLoader loader;
+    ASSERT_TRUE(loader.Load(QStringLiteral(TAB_PLUGIN_DIR)));
+    FakeGigECamera device(std::string(TAB_CAMERAS_DIR) + "/automode.xml");
+    const QString id = QString::fromStdString(device.Id());
+    struct Moment
+    {
+        const char* name;
+        bool acquiring;
+        bool dragging;
+    };
+    // The tab refreshes every second while shown, in each of these too.
+    for (const Moment& moment :
+         {Moment{"during a tab refresh", false, false}, Moment{"during acquisition", true, false},
+          Moment{"during a drag", false, true}}) {
+        SCOPED_TRACE(moment.name);
+        ASSERT_TRUE(device.Start());
+        ViewerWindow window(loader.Plugins(), false);
+        window.show();
+        ASSERT_TRUE(OpenDevice(window, id));
+        QTabWidget* pages = window.findChild<QTabWidget*>("pages");
+        ASSERT_EQ(pages->count(), 1);
+        if (moment.acquiring) {
+            // Over a busy loopback whole images may never arrive; the stream
+            // runs either way.
+            window.StartAcquisition();
+            RunUntil([&] { return window.Image()->FramesShown() > 0; }, FrameWaitMs);
+        }
+        QWidget* preview = nullptr;
+        for (QLabel* label : pages->findChildren<QLabel*>()) {
+            if (QLatin1String(label->metaObject()->className()) == "RubberBandLabel") {
+                preview = label;
+            }
+        }
+        ASSERT_NE(preview, nullptr);
+        QPoint at = preview->rect().center();
+        if (moment.dragging) {
+            Mouse(preview, QEvent::MouseButtonPress, at);
+        }
+
+        EventLoopLatency latency;
+        QElapsedTimer sinceKill;
+        device.Kill();
+        sinceKill.start();
+        const bool reported = RunUntil(
+            [&] {
+                if (moment.dragging && pages->count() > 0) {
+                    at += QPoint(1, 1);
+                    Mouse(preview, QEvent::MouseMove, at);
+                }
+                return window.statusBar()->currentMessage().contains("was lost");
+            },
+            WaitLimitMs);
+        EXPECT_TRUE(reported);
+        EXPECT_LT(sinceKill.elapsed(), LossReportLimitMs);
+        EXPECT_LT(latency.LongestMs(), BlockedLimitMs);
+        EXPECT_EQ(pages->count(), 0);
+        EXPECT_EQ(window.Image()->FramesShown(), 0u);
+    }
+
+    // Plugged in again under the same id, it is found and opened again.
+    ASSERT_TRUE(device.Start());
+    ViewerWindow window(loader.Plugins(), false);
+    ASSERT_TRUE(OpenDevice(window, id));
+    device.Kill();
+    ASSERT_TRUE(RunUntil([&] { return window.statusBar()->currentMessage().contains("was lost"); },
+                         WaitLimitMs));
+    ASSERT_TRUE(device.Start());
+    EXPECT_TRUE(WaitForOpening(window));
+    EXPECT_EQ(window.findChild<QTabWidget*>("pages")->count(), 1);
+}
