@@ -1,10 +1,12 @@
 #include "RandomSession.h"
 
 #include "AutoROIWidget.h"
+#include "FeatureText.h"
 #include "HostileFeature.h"
 #include "TabExtensionException.h"
 #include "rubberbandlabel.h"
 
+#include <TarkaCPP/GenICam/GenICamCamera.h>
 #include <TarkaCPP/Sim/CameraRules.h>
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
@@ -26,8 +28,12 @@
 #include <limits>
 
 using KST::TrkAPI::Sim::Camera;
+using KST::TrkAPI::Sim::Op;
 
 namespace {
+
+// The host deletes the page of a lost camera within this.
+const int LossReportMs = 1000;
 
 const std::vector<std::vector<std::string>> Families = {
     {"DSPSubregionTop", "DSPSubregionLeft", "DSPSubregionRight", "DSPSubregionBottom"},
@@ -295,7 +301,7 @@ T* RandomSession::AnyUsable()
 
 void RandomSession::Act()
 {
-    const int action = Pick(10);
+    const int action = Pick(11);
     if (action == 0) {
         QMetaObject::invokeMethod(m_Tab, "updateTimer");
     } else if (action == 1) {
@@ -319,9 +325,30 @@ void RandomSession::Act()
                 QTimer::singleShot(0, page, [page] { page->deleteLater(); });
             }
         }
+    } else if (action == 10) {
+        if (Chance(0.2)) {
+            LoseCamera();
+        }
     } else {
         UserAction();
     }
+}
+
+// The camera is unplugged. As a lost GenICam camera does, it answers reads
+// with the values it had and refuses writes and commands, changes no more,
+// and the host deletes the page a moment later.
+void RandomSession::LoseCamera()
+{
+    for (const FeaturePtr& feature : m_Camera->Features()) {
+        QString text;
+        ReadFeatureName(*feature, text);
+        const std::string name = text.toStdString();
+        m_Camera->SetFailure(name, Op::SetValue, KST::TrkAPI::GenICam::ErrorDeviceLost);
+        m_Camera->SetFailure(name, Op::RunCommand, KST::TrkAPI::GenICam::ErrorDeviceLost);
+    }
+    m_Lost = true;
+    QWidget* page = m_Page;
+    QTimer::singleShot(Pick(LossReportMs), page, [page] { page->deleteLater(); });
 }
 
 void RandomSession::UserAction()
@@ -394,7 +421,7 @@ void RandomSession::Drag()
 // library's thread.
 void RandomSession::CameraChange()
 {
-    if (m_Names.empty()) {
+    if (m_Names.empty() || m_Lost) {
         return;
     }
     const std::string& name = m_Names[Pick(int(m_Names.size()))];

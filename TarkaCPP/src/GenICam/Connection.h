@@ -52,7 +52,23 @@ struct Reading
     double numbers[2] = {0.0, 0.0};
     bool flag = false;
     std::string text;
+
+    // integers or numbers, by type.
+    template <class T>
+    T* Numbers();
 };
+
+template <>
+inline long long* Reading::Numbers<long long>()
+{
+    return integers;
+}
+
+template <>
+inline double* Reading::Numbers<double>()
+{
+    return numbers;
+}
 
 // What a read asks for, per feature; an entry's availability adds the
 // entry's index to EntryRead.

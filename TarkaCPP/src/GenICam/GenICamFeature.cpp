@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <type_traits>
 
 namespace KST {
 namespace TrkAPI {
@@ -55,6 +56,21 @@ TrkErrorType GenICamFeature::Read(TrkFeatureDataType type, TrkFeatureDataType al
         m_Index, kind,
         [info, read](Reading& reading, GError** error) { return read(*info, reading, error); },
         answer);
+}
+
+template <class T>
+TrkErrorType GenICamFeature::ReadNumbers(unsigned kind, const ReadNode& read, T& first,
+                                         T* second) const
+{
+    const TrkFeatureDataType type =
+        std::is_same<T, double>::value ? TrkFeatureDataFloat : TrkFeatureDataInt;
+    Reading answer;
+    const TrkErrorType code = Read(type, type, kind, read, answer);
+    first = answer.Numbers<T>()[0];
+    if (second != nullptr) {
+        *second = answer.Numbers<T>()[1];
+    }
+    return code;
 }
 
 TrkErrorType GenICamFeature::Write(TrkFeatureDataType type, const WriteNode& check,
@@ -134,30 +150,24 @@ TrkErrorType GenICamFeature::IsWritable(bool& writable)
 
 TrkErrorType GenICamFeature::GetValue(long long& value) const
 {
-    Reading answer;
-    TrkErrorType code = Read(
-        TrkFeatureDataInt, TrkFeatureDataInt, ValueRead,
+    return ReadNumbers(
+        ValueRead,
         [](const NodeInfo& info, Reading& reading, GError** error) {
             reading.integers[0] = arv_gc_integer_get_value(ARV_GC_INTEGER(info.node), error);
             return Success;
         },
-        answer);
-    value = answer.integers[0];
-    return code;
+        value);
 }
 
 TrkErrorType GenICamFeature::GetValue(double& value) const
 {
-    Reading answer;
-    TrkErrorType code = Read(
-        TrkFeatureDataFloat, TrkFeatureDataFloat, ValueRead,
+    return ReadNumbers(
+        ValueRead,
         [](const NodeInfo& info, Reading& reading, GError** error) {
             reading.numbers[0] = arv_gc_float_get_value(ARV_GC_FLOAT(info.node), error);
             return Success;
         },
-        answer);
-    value = answer.numbers[0];
-    return code;
+        value);
 }
 
 TrkErrorType GenICamFeature::GetValue(bool& value) const
@@ -235,64 +245,50 @@ TrkErrorType GenICamFeature::IsValueAvailable(char const* entry, bool& available
 
 TrkErrorType GenICamFeature::GetRange(long long& min, long long& max) const
 {
-    Reading answer;
-    TrkErrorType code = Read(
-        TrkFeatureDataInt, TrkFeatureDataInt, RangeRead,
+    return ReadNumbers(
+        RangeRead,
         [](const NodeInfo& info, Reading& reading, GError** error) {
             IntRange range = ReadIntRange(ARV_GC_INTEGER(info.node), error);
             reading.integers[0] = range.min;
             reading.integers[1] = range.max;
             return Success;
         },
-        answer);
-    min = answer.integers[0];
-    max = answer.integers[1];
-    return code;
+        min, &max);
 }
 
 TrkErrorType GenICamFeature::GetRange(double& min, double& max) const
 {
-    Reading answer;
-    TrkErrorType code = Read(
-        TrkFeatureDataFloat, TrkFeatureDataFloat, RangeRead,
+    return ReadNumbers(
+        RangeRead,
         [](const NodeInfo& info, Reading& reading, GError** error) {
             FloatRange range = ReadFloatRange(ARV_GC_FLOAT(info.node), error);
             reading.numbers[0] = range.min;
             reading.numbers[1] = range.max;
             return Success;
         },
-        answer);
-    min = answer.numbers[0];
-    max = answer.numbers[1];
-    return code;
+        min, &max);
 }
 
 TrkErrorType GenICamFeature::GetIncrement(long long& increment) const
 {
-    Reading answer;
-    TrkErrorType code = Read(
-        TrkFeatureDataInt, TrkFeatureDataInt, IncrementRead,
+    return ReadNumbers(
+        IncrementRead,
         [](const NodeInfo& info, Reading& reading, GError** error) {
             reading.integers[0] = arv_gc_integer_get_inc(ARV_GC_INTEGER(info.node), error);
             return reading.integers[0] > 0 ? Success : ErrorNoIncrement;
         },
-        answer);
-    increment = answer.integers[0];
-    return code;
+        increment);
 }
 
 TrkErrorType GenICamFeature::GetIncrement(double& increment) const
 {
-    Reading answer;
-    TrkErrorType code = Read(
-        TrkFeatureDataFloat, TrkFeatureDataFloat, IncrementRead,
+    return ReadNumbers(
+        IncrementRead,
         [](const NodeInfo& info, Reading& reading, GError** error) {
             reading.numbers[0] = ReadFloatRange(ARV_GC_FLOAT(info.node), error).increment;
             return reading.numbers[0] > 0.0 ? Success : ErrorNoIncrement;
         },
-        answer);
-    increment = answer.numbers[0];
-    return code;
+        increment);
 }
 
 TrkErrorType GenICamFeature::SetValue(long long const& value)

@@ -61,6 +61,11 @@ private:
     // alt), else fails with ErrorWrongType.
     TrkErrorType Read(TrkFeatureDataType type, TrkFeatureDataType alt, unsigned kind,
                       const ReadNode& read, Reading& answer) const;
+    // A read of an Int (T long long) or Float (T double) feature that
+    // answers one or two numbers.
+    template <class T>
+    TrkErrorType ReadNumbers(unsigned kind, const ReadNode& read, T& first,
+                             T* second = nullptr) const;
     // The same for a write: check may refuse the value, then a feature that
     // can't be written now is refused, then store writes; a successful write
     // asks for a refresh of the watched features.
