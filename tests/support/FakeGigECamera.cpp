@@ -1,7 +1,5 @@
 #include "FakeGigECamera.h"
 
-#include <TarkaCPP/GenICam/GenICamCamera.h>
-
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -11,6 +9,7 @@ namespace {
 const char ServerProgram[] = "arv-fake-gv-camera-0.8";
 // The server needs a moment before it answers discovery.
 const std::chrono::seconds DiscoveryLimit(30);
+const int OpenAttempts = 3;
 } // namespace
 
 FakeGigECamera::FakeGigECamera(const std::string& description)
@@ -40,4 +39,13 @@ bool FakeGigECamera::Start()
 void FakeGigECamera::Kill()
 {
     m_Server->Kill();
+}
+
+std::unique_ptr<KST::TrkAPI::GenICam::Camera> FakeGigECamera::Open(std::string* error) const
+{
+    std::unique_ptr<KST::TrkAPI::GenICam::Camera> camera;
+    for (int attempt = 0; !camera && attempt < OpenAttempts; ++attempt) {
+        camera = KST::TrkAPI::GenICam::Camera::Open(m_Id, error);
+    }
+    return camera;
 }

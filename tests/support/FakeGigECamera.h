@@ -2,6 +2,7 @@
 #define FAKEGIGECAMERA_H
 
 #include "ServerProcess.h"
+#include <TarkaCPP/GenICam/GenICamCamera.h>
 
 #include <memory>
 #include <string>
@@ -23,6 +24,9 @@ public:
     void Kill();
     // The id to open it by.
     const std::string& Id() const { return m_Id; }
+    // Opens it, trying again as a user would when a busy loopback let
+    // Aravis's search for the id miss it.
+    std::unique_ptr<KST::TrkAPI::GenICam::Camera> Open(std::string* error = nullptr) const;
 
 private:
     std::string m_Description;

@@ -287,11 +287,11 @@ TEST(GenICamCamera, ReadsAndWritesOverGigEVisionOnLoopbackBesideASecondProgramUn
     FakeGigECamera device(Description("automode"));
     ASSERT_TRUE(device.Start()) << "the fake GigE Vision camera was not discovered";
     std::string error;
-    std::unique_ptr<Camera> camera = Camera::Open(device.Id(), &error);
+    std::unique_ptr<Camera> camera = device.Open(&error);
     ASSERT_TRUE(camera && camera->Find("AutoModeRegionOffsetX")) << error;
     EXPECT_FALSE(camera->IsReadOnly());
     // A second program only reads: its writes are refused, and it isn't lost.
-    std::unique_ptr<Camera> monitor = Camera::Open(device.Id());
+    std::unique_ptr<Camera> monitor = device.Open();
     ASSERT_TRUE(monitor && monitor->Find("AutoModeRegionWidth"));
     EXPECT_TRUE(monitor->IsReadOnly());
     EXPECT_EQ(monitor->Find("AutoModeRegionWidth")->SetValue(640LL), ErrorReadOnlyAccess);

@@ -33,7 +33,14 @@ CallQueue::Outcome CallQueue::Run(const Call& call, bool watched, std::chrono::m
     }
     m_Jobs.push_back(job);
     m_Signal.notify_all();
-    m_Signal.wait_for(lock, timeout, [&] { return job->done || m_Stopping; });
+    // The call that runs, this one or one before it, has timeout to end.
+    while (!job->done && !m_Stopping) {
+        const Clock::time_point deadline = (m_Running ? m_Started : Clock::now()) + timeout;
+        if (m_Signal.wait_until(lock, deadline) == std::cv_status::timeout &&
+            (!m_Running || Clock::now() - m_Started >= timeout)) {
+            break;
+        }
+    }
     if (job->done) {
         return Answered;
     }
@@ -94,6 +101,7 @@ void CallQueue::Serve()
         m_Running = m_Jobs.front();
         m_Jobs.pop_front();
         m_Started = Clock::now();
+        m_Signal.notify_all();
         lock.unlock();
         m_Running->call();
         lock.lock();

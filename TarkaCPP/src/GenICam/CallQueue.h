@@ -36,8 +36,9 @@ public:
         NoAnswer,
         Stopped
     };
-    // Runs call on the thread and waits at most timeout for it to end. A
-    // watched call counts towards Stalled() while it runs.
+    // Runs call on the thread and waits for it to end until the call that
+    // runs, this one or one queued before it, has run for timeout. A watched
+    // call counts towards Stalled() while it runs.
     Outcome Run(const Call& call, bool watched, std::chrono::milliseconds timeout);
     // Queues a watched call without waiting for it, at most once a period
     // and not while the last one waits or runs.
