@@ -90,9 +90,15 @@ FeatureTableModel::FeatureTableModel(QObject* parent) : QAbstractTableModel(pare
 
 void FeatureTableModel::SetFeatures(const QSharedPointer<FeatureVector>& features)
 {
+    SetFeatures(features, ReadRows(features));
+}
+
+void FeatureTableModel::SetFeatures(const QSharedPointer<FeatureVector>& features,
+                                    const QVector<QStringList>& rows)
+{
     beginResetModel();
     m_Features = features;
-    m_Rows = ReadRows();
+    m_Rows = rows;
     endResetModel();
 }
 
@@ -135,7 +141,7 @@ QVariant FeatureTableModel::headerData(int section, Qt::Orientation orientation,
 
 void FeatureTableModel::Refresh()
 {
-    const QVector<QStringList> rows = ReadRows();
+    const QVector<QStringList> rows = ReadRows(m_Features);
     if (rows.size() != m_Rows.size()) {
         beginResetModel();
         m_Rows = rows;
@@ -150,13 +156,13 @@ void FeatureTableModel::Refresh()
     }
 }
 
-QVector<QStringList> FeatureTableModel::ReadRows() const
+QVector<QStringList> FeatureTableModel::ReadRows(const QSharedPointer<FeatureVector>& features)
 {
     QVector<QStringList> rows;
-    if (m_Features.isNull()) {
+    if (features.isNull()) {
         return rows;
     }
-    for (const FeaturePtr& feature : *m_Features) {
+    for (const FeaturePtr& feature : *features) {
         if (!feature) {
             continue;
         }

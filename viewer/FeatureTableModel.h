@@ -29,6 +29,11 @@ public:
     explicit FeatureTableModel(QObject* parent = nullptr);
 
     void SetFeatures(const QSharedPointer<FeatureVector>& features);
+    // The same with the rows that ReadRows() read already, on another thread.
+    void SetFeatures(const QSharedPointer<FeatureVector>& features,
+                     const QVector<QStringList>& rows);
+    // The texts of each feature's row; slow for a camera over a network.
+    static QVector<QStringList> ReadRows(const QSharedPointer<FeatureVector>& features);
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -40,8 +45,6 @@ public slots:
     void Refresh();
 
 private:
-    QVector<QStringList> ReadRows() const;
-
     QSharedPointer<FeatureVector> m_Features;
     QVector<QStringList> m_Rows;
 };

@@ -11,7 +11,7 @@ namespace {
 const char* const StartCommand = "AcquisitionStart";
 const char* const StopCommand = "AcquisitionStop";
 // How often the connection is checked; a lost camera is told within this.
-const int ConnectionCheckMs = 500;
+const int ConnectionCheckMs = 50;
 } // namespace
 
 OpenedCamera::OpenedCamera(const QString& name, std::unique_ptr<KST::TrkAPI::Device> device)
@@ -22,13 +22,13 @@ OpenedCamera::OpenedCamera(const QString& name, std::unique_ptr<KST::TrkAPI::Dev
         m_Features->append(feature);
     }
     m_ConnectionCheck->setInterval(ConnectionCheckMs);
-    connect(m_ConnectionCheck, SIGNAL(timeout()), this, SLOT(OnConnectionCheck()));
+    connect(m_ConnectionCheck, &QTimer::timeout, this, &OpenedCamera::OnConnectionCheck);
     m_ConnectionCheck->start();
 }
 
 OpenedCamera::~OpenedCamera() = default;
 
-std::unique_ptr<OpenedCamera> OpenedCamera::Open(const QString& name, QString* error)
+std::unique_ptr<KST::TrkAPI::Device> OpenedCamera::OpenDevice(const QString& name, QString* error)
 {
     std::unique_ptr<KST::TrkAPI::Device> device;
     std::string reason;
@@ -48,9 +48,13 @@ std::unique_ptr<OpenedCamera> OpenedCamera::Open(const QString& name, QString* e
         *error = reason.empty()
                      ? tr("No camera named %1").arg(name)
                      : tr("Cannot open camera %1: %2").arg(name, QString::fromStdString(reason));
-        return nullptr;
     }
-    return std::unique_ptr<OpenedCamera>(new OpenedCamera(name, std::move(device)));
+    return device;
+}
+
+bool OpenedCamera::IsReadOnly() const
+{
+    return m_Device->IsReadOnly();
 }
 
 bool OpenedCamera::CanAcquire() const

@@ -28,14 +28,18 @@ class OpenedCamera : public QObject
     Q_OBJECT
 
 public:
+    OpenedCamera(const QString& name, std::unique_ptr<KST::TrkAPI::Device> device);
     ~OpenedCamera() override;
 
     // The camera that CameraCatalog knows by that name: a ready-made
     // in-memory camera, a GenICam description file or a discovered device.
-    // Null, with the reason in error, when it can't be opened.
-    static std::unique_ptr<OpenedCamera> Open(const QString& name, QString* error);
+    // Null, with the reason in error, when it can't be opened. Slow for a
+    // device: called on any thread but the GUI thread.
+    static std::unique_ptr<KST::TrkAPI::Device> OpenDevice(const QString& name, QString* error);
 
     QString Name() const { return m_Name; }
+    // See KST::TrkAPI::Device::IsReadOnly.
+    bool IsReadOnly() const;
     QSharedPointer<FeatureVector> Features() const { return m_Features; }
 
     bool CanAcquire() const;
@@ -51,8 +55,6 @@ private slots:
     void OnConnectionCheck();
 
 private:
-    OpenedCamera(const QString& name, std::unique_ptr<KST::TrkAPI::Device> device);
-
     QString m_Name;
     std::unique_ptr<KST::TrkAPI::Device> m_Device;
     QSharedPointer<FeatureVector> m_Features;

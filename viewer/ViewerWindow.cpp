@@ -1,5 +1,7 @@
 #include "ViewerWindow.h"
 
+#include "CameraCatalog.h"
+#include "CameraOpener.h"
 #include "CameraSelector.h"
 #include "FeatureTableModel.h"
 #include "ImagePane.h"
@@ -8,7 +10,6 @@
 #include <TabExtensionInterface.h>
 #include <TabImageInterface.h>
 
-#include <QComboBox>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -46,7 +47,7 @@ void PrintLine(const QString& line)
 } // namespace
 
 ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose, QWidget* parent)
-    : QMainWindow(parent), m_Plugins(plugins), m_Verbose(verbose)
+    : QMainWindow(parent), m_Plugins(plugins), m_Verbose(verbose), m_Opener(new CameraOpener(this))
 {
     setWindowTitle(tr("Tab viewer"));
     BuildToolBar();
@@ -70,6 +71,11 @@ ViewerWindow::ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose
 
     connect(m_CameraSelector, &QComboBox::textActivated, this, &ViewerWindow::OnCameraSelected);
     connect(m_AcquisitionButton, &QPushButton::toggled, this, &ViewerWindow::OnAcquisitionToggled);
+    // Queued: both report from threads of their own.
+    connect(m_Opener, &CameraOpener::finished, this, &ViewerWindow::OnCameraOpened,
+            Qt::QueuedConnection);
+    connect(m_CameraSelector, &CameraSelector::devicesFound, this, &ViewerWindow::OnDevicesFound,
+            Qt::QueuedConnection);
 
     // One connection per plug-in object: it relays the state to all its tabs.
     for (const LoadedTabPlugin& loaded : m_Plugins) {
@@ -150,16 +156,28 @@ ViewerWindow::~ViewerWindow()
     CloseCamera();
 }
 
-bool ViewerWindow::OpenCamera(const QString& name)
+void ViewerWindow::OpenCamera(const QString& name)
 {
     CloseCamera();
-    QString error;
-    m_Camera = OpenedCamera::Open(name, &error);
-    if (!m_Camera) {
-        statusBar()->showMessage(error);
-        PrintLine(error);
-        return false;
+    statusBar()->showMessage(tr("Opening camera %1...").arg(name));
+    m_Opener->Open(name);
+}
+
+void ViewerWindow::OnCameraOpened()
+{
+    std::unique_ptr<CameraOpener::Result> result = m_Opener->Take();
+    if (!result) {
+        return;
     }
+    CloseCamera();
+    if (!result->device) {
+        statusBar()->showMessage(result->error);
+        PrintLine(result->error);
+        emit cameraOpened(false);
+        return;
+    }
+    const QString name = result->name;
+    m_Camera.reset(new OpenedCamera(name, std::move(result->device)));
     // Queued: the slot closes the camera that sends the signal.
     connect(m_Camera.get(), &OpenedCamera::connectionLost, this, &ViewerWindow::OnCameraLost,
             Qt::QueuedConnection);
@@ -168,10 +186,28 @@ bool ViewerWindow::OpenCamera(const QString& name)
     }
     m_CameraSelector->setCurrentText(name);
     m_AcquisitionButton->setEnabled(m_Camera->CanAcquire());
-    m_FeatureModel->SetFeatures(m_Camera->Features());
+    m_FeatureModel->SetFeatures(m_Camera->Features(), result->rows);
     m_Camera->SetFrameHandler(m_ImagePane->Handler());
     CreateTabs();
-    return true;
+    if (m_Camera->IsReadOnly()) {
+        const QString notice =
+            tr("Camera %1 is controlled by another program: its features can only be read")
+                .arg(name);
+        statusBar()->showMessage(notice);
+        PrintLine(notice);
+    }
+    if (name == m_LostCamera) {
+        m_LostCamera.clear();
+    }
+    emit cameraOpened(true);
+}
+
+void ViewerWindow::OnDevicesFound(const QStringList& ids)
+{
+    if (!m_LostCamera.isEmpty() && !m_Camera && ids.contains(m_LostCamera)) {
+        PrintLine(tr("Camera %1 is back").arg(m_LostCamera));
+        OpenCamera(m_LostCamera);
+    }
 }
 
 void ViewerWindow::StartAcquisition()
@@ -201,10 +237,15 @@ void ViewerWindow::OnAcquisitionToggled(bool acquiring)
 
 void ViewerWindow::OnCameraLost(const QString& message)
 {
+    const QString name = m_Camera ? m_Camera->Name() : QString();
     // The tabs can't work without their camera; the message stays.
     CloseCamera();
     statusBar()->showMessage(message);
     PrintLine(message);
+    if (CameraCatalog::KindOf(name) == CameraCatalog::Discovered) {
+        m_LostCamera = name;
+        m_CameraSelector->Forget(name);
+    }
 }
 
 // Every page goes to every plug-in that takes images; a plug-in passes over

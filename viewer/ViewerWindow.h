@@ -8,9 +8,10 @@
 #include <functional>
 #include <memory>
 
+class CameraOpener;
+class CameraSelector;
 class FeatureTableModel;
 class ImagePane;
-class QComboBox;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -35,16 +36,18 @@ public:
     ViewerWindow(const QVector<LoadedTabPlugin>& plugins, bool verbose, QWidget* parent = nullptr);
     ~ViewerWindow() override;
 
-    // Closes the current camera and opens the named one (see CameraCatalog);
-    // false, with the current camera closed and the reason shown, for a
-    // camera that can't be opened.
-    bool OpenCamera(const QString& name);
+    // Closes the current camera and opens the named one (see CameraCatalog)
+    // in the background; cameraOpened() tells the outcome. A camera that
+    // can't be opened leaves none open, with the reason shown.
+    void OpenCamera(const QString& name);
     // Starts acquisition as the acquisition button does.
     void StartAcquisition();
     ImagePane* Image() const { return m_ImagePane; }
 
 signals:
     void acquisitionChanged(bool acquiring);
+    // After each OpenCamera() carried out: whether the camera opened.
+    void cameraOpened(bool opened);
 
 private slots:
     void OnCameraSelected(const QString& name);
@@ -52,6 +55,8 @@ private slots:
     void OnCameraLost(const QString& message);
     void AskTabImageSize();
     void OfferTabImage(const QImage& copy, const QSize& frameSize);
+    void OnCameraOpened();
+    void OnDevicesFound(const QStringList& ids);
 
 private:
     void BuildToolBar();
@@ -66,8 +71,11 @@ private:
     bool m_Verbose;
     std::unique_ptr<OpenedCamera> m_Camera;
     QStringList m_Refusals;
+    CameraOpener* m_Opener;
+    // A device that was lost, opened again when discovery finds it back.
+    QString m_LostCamera;
 
-    QComboBox* m_CameraSelector;
+    CameraSelector* m_CameraSelector;
     QPushButton* m_AcquisitionButton;
     QTabWidget* m_Pages;
     FeatureTableModel* m_FeatureModel;

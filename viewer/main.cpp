@@ -137,15 +137,26 @@ int main(int argc, char** argv)
     QDir::setCurrent(QFileInfo(pluginDirectory).absolutePath());
 
     ViewerWindow window(loader.Plugins(), options.Verbose());
-    if (!window.OpenCamera(options.Camera())) {
-        return 1;
-    }
+    bool started = false;
+    // Only the first opening decides whether the viewer starts; a camera
+    // opened again after it was lost keeps the acquisition it was given.
+    QObject::connect(&window, &ViewerWindow::cameraOpened, &window, [&](bool opened) {
+        if (started) {
+            return;
+        }
+        started = true;
+        if (!opened) {
+            QApplication::exit(1);
+            return;
+        }
+        if (options.Acquire()) {
+            window.StartAcquisition();
+        }
+        if (!options.ScreenshotFile().isEmpty()) {
+            ScheduleScreenshot(window, options.ScreenshotFile(), options.Acquire());
+        }
+    });
+    window.OpenCamera(options.Camera());
     window.show();
-    if (options.Acquire()) {
-        window.StartAcquisition();
-    }
-    if (!options.ScreenshotFile().isEmpty()) {
-        ScheduleScreenshot(window, options.ScreenshotFile(), options.Acquire());
-    }
     return app.exec();
 }

@@ -5,7 +5,9 @@
 #include "rubberbandlabel.h"
 
 #include "SimFeatures.h"
+#include "StdFeatureText.h"
 
+#include <TarkaCPP/GenICam/GenICamCamera.h>
 #include <TarkaCPP/Sim/CameraRules.h>
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
@@ -33,6 +35,9 @@ using KST::TrkAPI::Sim::Op;
 namespace {
 
 const int OpCount = static_cast<int>(Op::UnregisterObserver) + 1;
+// The host deletes the page of a lost camera within this.
+const int LossReportMs = 1000;
+
 const std::vector<std::vector<std::string>> Families = {
     {"DSPSubregionTop", "DSPSubregionLeft", "DSPSubregionRight", "DSPSubregionBottom"},
     {"AutofunctionAOIOffsetX", "AutofunctionAOIOffsetY", "AutofunctionAOIWidth",
@@ -315,7 +320,7 @@ T* RandomSession::AnyUsable()
 
 void RandomSession::Act()
 {
-    const int action = Pick(10);
+    const int action = Pick(11);
     if (action == 0) {
         QMetaObject::invokeMethod(m_Tab, "updateTimer");
     } else if (action == 1) {
@@ -339,9 +344,28 @@ void RandomSession::Act()
                 QTimer::singleShot(0, page, [page] { page->deleteLater(); });
             }
         }
+    } else if (action == 10) {
+        if (Chance(0.2)) {
+            LoseCamera();
+        }
     } else {
         UserAction();
     }
+}
+
+// The camera is unplugged. As a lost GenICam camera does, it answers reads
+// with the values it had and refuses writes and commands, changes no more,
+// and the host deletes the page a moment later.
+void RandomSession::LoseCamera()
+{
+    for (const FeaturePtr& feature : m_Camera->Features()) {
+        const std::string name = FeatureText(feature);
+        m_Camera->SetFailure(name, Op::SetValue, KST::TrkAPI::GenICam::ErrorDeviceLost);
+        m_Camera->SetFailure(name, Op::RunCommand, KST::TrkAPI::GenICam::ErrorDeviceLost);
+    }
+    m_Lost = true;
+    QWidget* page = m_Page;
+    QTimer::singleShot(Pick(LossReportMs), page, [page] { page->deleteLater(); });
 }
 
 void RandomSession::UserAction()
@@ -414,7 +438,7 @@ void RandomSession::Drag()
 // library's thread.
 void RandomSession::CameraChange()
 {
-    if (m_Names.empty()) {
+    if (m_Names.empty() || m_Lost) {
         return;
     }
     const std::string& name = m_Names[Pick(int(m_Names.size()))];

@@ -46,6 +46,7 @@ private:
     void UserAction();
     void Drag();
     void CameraChange();
+    void LoseCamera();
 
     int Pick(int count);
     bool Chance(double probability);
@@ -59,6 +60,7 @@ private:
     int m_Pause;
     std::unique_ptr<KST::TrkAPI::Sim::Camera> m_Camera;
     std::vector<std::string> m_Names;
+    bool m_Lost = false;
     QPointer<QWidget> m_Page;
     QPointer<AutoROIWidget> m_Tab;
 };

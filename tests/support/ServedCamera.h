@@ -4,68 +4,48 @@
 #include "ServerProcess.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
-#include <algorithm>
-#include <chrono>
-#include <fcntl.h>
 #include <functional>
 #include <memory>
 #include <string>
-#include <sys/file.h>
-#include <unistd.h>
 #include <vector>
 
-// A camera server that a test starts on loopback, with the id discovery
-// gives its camera (empty if it stays silent). GigE Vision control goes to
-// port 3956 of the camera's address, which only one server on 127.0.0.1 can
-// hold, so while the object lives it holds a lock that every test process of
-// the machine waits for: servers of runs side by side never answer for each
-// other. One object at a time in a process.
+// A camera server that a test starts on loopback under a serial of its own,
+// and can unplug and plug in again under the same id. GigE Vision control
+// goes to port 3956 of the camera's address, which only one server on an
+// address can hold, so while the object lives it holds a lock that every
+// test process of the machine waits for: where tests share the machine's
+// loopback, servers of runs side by side never answer for each other.
 class ServedCamera
 {
 public:
-    // arguments gives the server's arguments for the serial it serves under.
-    ServedCamera(const std::string& program,
-                 const std::function<std::vector<std::string>(const std::string&)>& arguments)
-        : m_Lock(open("/tmp/tab-gige-loopback.lock", O_RDWR | O_CREAT | O_CLOEXEC, 0666)),
-          m_Serial(ServerProcess::UniqueSerial("C"))
-    {
-        flock(m_Lock, LOCK_EX);
-        m_Server.reset(new ServerProcess(program, arguments(m_Serial)));
-        const std::string wanted = "Aravis-Fake-" + m_Serial;
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (m_Id.empty() && m_Server->IsRunning() &&
-               std::chrono::steady_clock::now() < deadline) {
-            const std::vector<std::string> ids = KST::TrkAPI::GenICam::Camera::DeviceIds();
-            if (std::find(ids.begin(), ids.end(), wanted) != ids.end()) {
-                m_Id = wanted;
-            }
-        }
-    }
-    ~ServedCamera()
-    {
-        m_Server.reset();
-        close(m_Lock);
-    }
+    // The server's arguments for the serial it serves under.
+    typedef std::function<std::vector<std::string>(const std::string&)> Arguments;
+
+    // Starts the server; Id() is empty if discovery doesn't find it.
+    ServedCamera(const std::string& program, const Arguments& arguments);
+    ~ServedCamera();
     ServedCamera(const ServedCamera&) = delete;
     ServedCamera& operator=(const ServedCamera&) = delete;
 
+    // Starts the server again after Kill; false if discovery misses it.
+    bool Start();
+    // Ends the server at once, as a camera that is unplugged.
+    void Kill();
     const std::string& Id() const { return m_Id; }
-    ServerProcess& Server() { return *m_Server; }
+    // Opens the camera, trying again as a user would when a busy loopback
+    // let Aravis's search for the id miss it.
+    std::unique_ptr<KST::TrkAPI::GenICam::Camera> Open(std::string* error = nullptr) const;
 
 private:
     int m_Lock;
+    std::string m_Program;
+    std::vector<std::string> m_Arguments;
     std::string m_Serial;
-    std::unique_ptr<ServerProcess> m_Server;
     std::string m_Id;
+    std::unique_ptr<ServerProcess> m_Server;
 };
 
 // tabcamera's arguments for a camera of the family.
-inline std::function<std::vector<std::string>(const std::string&)>
-FamilyArguments(const std::string& family)
-{
-    return [family](const std::string& serial) {
-        return std::vector<std::string>{"--family", family, "--serial", serial};
-    };
-}
+ServedCamera::Arguments FamilyArguments(const std::string& family);
 
 #endif

@@ -21,6 +21,25 @@ using namespace KST::TrkAPI::GenICam;
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+// What the backend promises a host whose device stops answering.
+const std::chrono::milliseconds LossLimit(1000);
+const std::chrono::milliseconds CallLimit(200);
+const std::chrono::milliseconds CloseLimit(100);
+
+// A host's own GLib handler: counts its own messages and any others.
+struct HostLog
+{
+    static constexpr const char* Domain = "Host";
+    static void Handle(const gchar* domain, GLogLevelFlags, const gchar*, gpointer log)
+    {
+        HostLog& counts = *static_cast<HostLog*>(log);
+        ++(domain != nullptr && std::string(domain) == Domain ? counts.host : counts.others);
+    }
+    int host = 0;
+    int others = 0;
+};
+
 std::string Description(const std::string& family)
 {
     return std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml";
@@ -277,11 +296,22 @@ TEST(GenICamCamera, UnreadableDescriptionsAreRefusedWithoutNoise)
     std::remove(broken.c_str());
 }
 
-TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
+TEST(GenICamCamera, ReadsAndWritesOverGigEVisionOnLoopbackBesideASecondProgramUntilUnplugged)
 {
-    ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("automode"));
-    std::unique_ptr<Camera> camera = OpenServed(server);
-    ASSERT_TRUE(camera);
+    ServedCamera device(TAB_CAMERA_SERVER, FamilyArguments("automode"));
+    ASSERT_FALSE(device.Id().empty()) << "tabcamera's camera was not discovered";
+    std::string error;
+    std::unique_ptr<Camera> camera = device.Open(&error);
+    ASSERT_TRUE(camera && camera->Find("AutoModeRegionOffsetX")) << error;
+    EXPECT_FALSE(camera->IsReadOnly());
+    // A second program only reads: its writes are refused, and it isn't lost.
+    std::unique_ptr<Camera> monitor = device.Open();
+    ASSERT_TRUE(monitor && monitor->Find("AutoModeRegionWidth"));
+    EXPECT_TRUE(monitor->IsReadOnly());
+    EXPECT_EQ(monitor->Find("AutoModeRegionWidth")->SetValue(640LL), ErrorReadOnlyAccess);
+    EXPECT_EQ(monitor->Find("AcquisitionStart")->RunCommand(), ErrorReadOnlyAccess);
+    EXPECT_FALSE(Writable(monitor->Find("AutoModeRegionWidth")));
+    EXPECT_EQ(Int(monitor->Find("AutoModeRegionWidth")), 1296);
     EXPECT_EQ(FeatureText(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
     FeaturePtr offset = camera->Find("AutoModeRegionOffsetX");
     FeaturePtr width = camera->Find("AutoModeRegionWidth");
@@ -291,19 +321,67 @@ TEST(GenICamCamera, ReadsAndWritesTheRegionOverGigEVisionOnLoopback)
     EXPECT_EQ(offset->SetValue(1960LL), ErrorOutOfRange);
     EXPECT_EQ(Int(offset), 1952);
     EXPECT_EQ(Int(width), 640);
+    EXPECT_EQ(Range(offset), std::make_pair(0LL, 1952LL));
     // The acquisition register lives in the device.
+    FeaturePtr status = camera->Find("AcquisitionStatus");
     EXPECT_EQ(camera->Find("AcquisitionStart")->RunCommand(), 0);
     bool acquiring = false;
-    EXPECT_EQ(camera->Find("AcquisitionStatus")->GetValue(acquiring), 0);
+    EXPECT_EQ(status->GetValue(acquiring), 0);
     EXPECT_TRUE(acquiring);
-    EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
+    EXPECT_EQ(monitor->Find("AcquisitionStatus")->GetValue(acquiring), 0);
+    EXPECT_TRUE(acquiring);
+    std::this_thread::sleep_for(LossLimit);
+    EXPECT_TRUE(monitor->IsConnected());
+    EXPECT_TRUE(camera->IsConnected());
 
-    // A device that stops answering is lost: its calls fail from then on.
-    server.Server().Kill();
-    FeaturePtr status = camera->Find("AcquisitionStatus");
-    EXPECT_EQ(status->GetValue(acquiring), ErrorDeviceLost);
+    // Unplugged, it is lost within a second; until then and after, its reads
+    // answer what the device answered last, and no call waits long.
+    const Clock::time_point killed = Clock::now();
+    device.Kill();
+    Clock::duration longest = Clock::duration::zero();
+    while (camera->IsConnected() && Clock::now() - killed < 2 * LossLimit) {
+        const Clock::time_point start = Clock::now();
+        EXPECT_EQ(status->GetValue(acquiring), 0);
+        EXPECT_TRUE(acquiring);
+        EXPECT_EQ(Range(offset), std::make_pair(0LL, 1952LL));
+        longest = std::max(longest, Clock::now() - start);
+    }
     EXPECT_FALSE(camera->IsConnected());
+    EXPECT_LT(Clock::now() - killed, LossLimit);
+    EXPECT_LT(longest, CallLimit);
+    EXPECT_EQ(Int(offset), 1952);
     EXPECT_EQ(offset->SetValue(1952LL), ErrorDeviceLost);
+    const Clock::time_point closing = Clock::now();
+    camera.reset();
+    EXPECT_LT(Clock::now() - closing, CloseLimit);
+    EXPECT_EQ(status->GetValue(acquiring), ErrorClosed);
+}
+
+TEST(GenICamCamera, AHostsGLibHandlerKeepsItsMessagesWhetherInstalledBeforeOrAfterOpening)
+{
+    const std::string broken = testing::TempDir() + "broken-host-camera.xml";
+    std::ofstream(broken) << "<RegisterDescription><Integer Name=\"Width\"><Value>x";
+    std::vector<std::string> outcomes;
+    // The first round's handler comes before the process's first opening,
+    // the second's after it.
+    for (int round = 0; round < 2; ++round) {
+        HostLog log;
+        g_log_set_default_handler(HostLog::Handle, &log);
+        testing::internal::CaptureStderr();
+        g_log(HostLog::Domain, G_LOG_LEVEL_WARNING, "host warning %d", round);
+        std::string error;
+        EXPECT_FALSE(Camera::OpenDescription(broken, &error));
+        std::unique_ptr<Camera> camera = OpenFamily("automode");
+        const TrkErrorType refused = camera->Find("AutoModeRegionWidth")->SetValue(3LL);
+        g_log(HostLog::Domain, G_LOG_LEVEL_MESSAGE, "host message %d", round);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_EQ(log.host, 2);
+        EXPECT_EQ(log.others, 0);
+        outcomes.push_back(error + " " + std::to_string(refused));
+    }
+    g_log_set_default_handler(g_log_default_handler, nullptr);
+    EXPECT_EQ(outcomes.at(0), outcomes.at(1));
+    std::remove(broken.c_str());
 }
 
 // tabcamera's device is shared: what the backend writes, a second client

@@ -1,4 +1,4 @@
-#include "ViewerWindow.h"
+#include "OpenAndWait.h"
 
 #include "ImagePane.h"
 
@@ -81,7 +81,7 @@ TEST(ViewerWindow, PagesLiveAsLongAsTheirCamera)
     ViewerWindow window({LoadedTabPlugin{"libfake.so", &accepting}}, false);
     QTabWidget* pages = window.findChild<QTabWidget*>("pages");
 
-    ASSERT_TRUE(window.OpenCamera("dsp"));
+    ASSERT_TRUE(OpenAndWait(window, "dsp"));
     ASSERT_EQ(accepting.pages.size(), 1);
     EXPECT_GT(accepting.cameraFeatures, 0);
     ASSERT_EQ(pages->count(), 1);
@@ -94,6 +94,7 @@ TEST(ViewerWindow, PagesLiveAsLongAsTheirCamera)
     emit selector->textActivated("dsp");
     EXPECT_EQ(accepting.pages.size(), 1);
     emit selector->textActivated("automode");
+    ASSERT_TRUE(WaitForOpening(window));
     ASSERT_EQ(accepting.pages.size(), 2);
     EXPECT_TRUE(accepting.pages.at(0).isNull());
     EXPECT_FALSE(accepting.pages.at(1).isNull());
@@ -103,10 +104,11 @@ TEST(ViewerWindow, PagesLiveAsLongAsTheirCamera)
     // The descriptions of the cameras folder are there to choose.
     ASSERT_NE(selector->findText("dsp.xml"), -1);
     emit selector->textActivated("dsp.xml");
+    ASSERT_TRUE(WaitForOpening(window));
     ASSERT_EQ(accepting.pages.size(), 3);
     EXPECT_EQ(FeatureValue(window, "DSPSubregionTop"), "486");
 
-    EXPECT_FALSE(window.OpenCamera("mono"));
+    EXPECT_FALSE(OpenAndWait(window, "mono"));
     EXPECT_TRUE(accepting.pages.at(2).isNull());
     EXPECT_EQ(pages->count(), 0);
     EXPECT_TRUE(window.statusBar()->currentMessage().contains("mono"));
@@ -120,7 +122,7 @@ TEST(ViewerWindow, RefusalsAreShownAndAcquisitionReachesThePlugins)
         {LoadedTabPlugin{"libno.so", &declining}, LoadedTabPlugin{"libyes.so", &accepting}}, false);
     QTabWidget* pages = window.findChild<QTabWidget*>("pages");
 
-    ASSERT_TRUE(window.OpenCamera("autofunction"));
+    ASSERT_TRUE(OpenAndWait(window, "autofunction"));
     EXPECT_EQ(pages->count(), 1);
     EXPECT_EQ(pages->tabText(0), "Fake tab");
     EXPECT_TRUE(declining.pages.at(0).isNull());
@@ -136,7 +138,7 @@ TEST(ViewerWindow, RefusalsAreShownAndAcquisitionReachesThePlugins)
     EXPECT_EQ(acquisition->text(), "Stop acquisition");
 
     // A new camera starts stopped, and the tabs hear of it before they go.
-    ASSERT_TRUE(window.OpenCamera("unsupported"));
+    ASSERT_TRUE(OpenAndWait(window, "unsupported"));
     EXPECT_EQ(accepting.streaming, QVector<bool>({true, false}));
     EXPECT_EQ(FeatureValue(window, "AcquisitionStatus"), "false");
     EXPECT_FALSE(acquisition->isChecked());
@@ -148,7 +150,7 @@ TEST(ViewerWindow, AcquisitionShowsTheLiveImageAndStoppingEndsTheFrames)
     FakeTabPlugin accepting(0);
     ViewerWindow window({LoadedTabPlugin{"libfake.so", &accepting}}, false);
     window.show();
-    ASSERT_TRUE(window.OpenCamera("dsp"));
+    ASSERT_TRUE(OpenAndWait(window, "dsp"));
     window.StartAcquisition();
     EXPECT_EQ(accepting.streaming, QVector<bool>({true}));
     ImagePane* image = window.Image();
@@ -179,7 +181,7 @@ TEST(ViewerWindow, ACameraThatEveryPluginDeclinesGetsAPlaceholder)
 {
     FakeTabPlugin declining(7);
     ViewerWindow window({LoadedTabPlugin{"libno.so", &declining}}, false);
-    ASSERT_TRUE(window.OpenCamera("dsp"));
+    ASSERT_TRUE(OpenAndWait(window, "dsp"));
     QTabWidget* pages = window.findChild<QTabWidget*>("pages");
     ASSERT_EQ(pages->count(), 1);
     EXPECT_EQ(pages->tabText(0), "None");

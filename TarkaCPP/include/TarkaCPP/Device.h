@@ -26,6 +26,9 @@ public:
     // False once the camera stopped answering: its features then fail. A
     // camera that can't be lost, such as an in-memory one, is always connected.
     virtual bool IsConnected() const = 0;
+    // True when another program controls the camera: its features read,
+    // and every write fails.
+    virtual bool IsReadOnly() const { return false; }
 
     // Frames go to handler while the camera acquires ("AcquisitionStart" to
     // "AcquisitionStop"); an empty handler takes none. Returns only after a

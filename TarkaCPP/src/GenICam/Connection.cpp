@@ -1,5 +1,6 @@
 #include "Connection.h"
 
+#include "GLibLog.h"
 #include "NodeAccess.h"
 
 #include <algorithm>
@@ -12,6 +13,16 @@ namespace GenICam {
 namespace {
 
 const char RootCategory[] = "Root";
+// The first bootstrap register, which every GigE Vision and USB3 Vision
+// device answers: a read that tells whether the device still answers.
+const guint64 ProbeAddress = 0;
+
+// Codes that tell of no answer from the device rather than its answer.
+bool Unanswered(TrkErrorType code)
+{
+    return code == ErrorNoAnswer || code == ErrorDeviceLost || code == ErrorClosed ||
+           code == ErrorBusy || code == ErrorDevice;
+}
 
 std::string Text(const char* text)
 {
@@ -62,9 +73,20 @@ void Describe(std::ostream& out, const NodeInfo& info, GError** error)
 
 } // namespace
 
+const std::chrono::milliseconds Connection::AnswerTimeout(100);
+const std::chrono::milliseconds Connection::LossTimeout(550);
+const std::chrono::milliseconds Connection::ProbePeriod(100);
+
 Connection::Connection(ArvCamera* camera)
     : m_Camera(camera), m_Device(arv_camera_get_device(camera))
 {
+    if (ARV_IS_FAKE_DEVICE(m_Device)) {
+        m_Fake = arv_fake_device_get_fake_camera(ARV_FAKE_DEVICE(m_Device));
+    } else {
+        m_Calls.reset(new CallQueue);
+    }
+    m_ReadOnly =
+        ARV_IS_GV_DEVICE(m_Device) && !arv_gv_device_is_controller(ARV_GV_DEVICE(m_Device));
     ArvGc* genicam = arv_device_get_genicam(m_Device);
     arv_gc_set_range_check_policy(genicam, ARV_RANGE_CHECK_POLICY_ENABLE);
     arv_gc_set_access_check_policy(genicam, ARV_ACCESS_CHECK_POLICY_ENABLE);
@@ -80,7 +102,8 @@ Connection::Connection(ArvCamera* camera)
 
 Connection::~Connection()
 {
-    Close();
+    BeginClose();
+    Release();
 }
 
 void Connection::AddFeatures(ArvGc* genicam, const std::string& category, const std::string& path)
@@ -134,13 +157,23 @@ size_t Connection::IndexOf(const std::string& name) const
     return NoFeature;
 }
 
-void Connection::Close()
+void Connection::BeginClose()
 {
+    m_Closed = true;
+    if (m_Calls) {
+        m_Calls->Stop();
+    }
+}
+
+void Connection::Release()
+{
+    if (m_Calls) {
+        m_Calls->Join();
+    }
     std::lock_guard<std::timed_mutex> lock(m_AravisLock);
-    if (m_Closed) {
+    if (m_Camera == nullptr) {
         return;
     }
-    m_Closed = true;
     if (m_ControlLostHandler != 0) {
         g_signal_handler_disconnect(m_Device, m_ControlLostHandler);
     }
@@ -151,7 +184,8 @@ void Connection::Close()
 
 void Connection::BypassRegisterCache(bool bypass)
 {
-    Access([&](GError**) -> TrkErrorType {
+    // By value: a call that outlasts its caller's wait still runs later.
+    Access([this, bypass](GError**) -> TrkErrorType {
         arv_gc_set_register_cache_policy(arv_device_get_genicam(m_Device),
                                          bypass ? ARV_REGISTER_CACHE_POLICY_DISABLE
                                                 : ARV_REGISTER_CACHE_POLICY_ENABLE);
@@ -159,17 +193,108 @@ void Connection::BypassRegisterCache(bool bypass)
     });
 }
 
+TrkErrorType Connection::Access(const DeviceCall& call, bool read)
+{
+    if (m_Closed) {
+        return ErrorClosed;
+    }
+    if (m_Lost) {
+        return ErrorDeviceLost;
+    }
+    if (!m_Calls) {
+        return Execute(call, read);
+    }
+    std::shared_ptr<TrkErrorType> code = std::make_shared<TrkErrorType>(ErrorNoAnswer);
+    switch (m_Calls->Run([this, call, read, code] { *code = Execute(call, read); }, read,
+                         AnswerTimeout)) {
+    case CallQueue::Answered:
+        return *code;
+    case CallQueue::Stopped:
+        return ErrorClosed;
+    default:
+        return m_Lost ? ErrorDeviceLost : ErrorNoAnswer;
+    }
+}
+
+TrkErrorType Connection::Execute(const DeviceCall& call, bool read)
+{
+    std::unique_lock<std::timed_mutex> lock(m_AravisLock, std::defer_lock);
+    if (!lock.try_lock_for(Camera::CallTimeout)) {
+        return ErrorBusy;
+    }
+    if (m_Closed) {
+        return ErrorClosed;
+    }
+    if (m_Lost) {
+        return ErrorDeviceLost;
+    }
+    GLibWarnings warnings;
+    GError* error = nullptr;
+    TrkErrorType code = call(&error);
+    if (error != nullptr) {
+        code = CodeOf(error, read);
+        g_error_free(error);
+    } else if (code == Success && warnings.Seen()) {
+        code = ErrorDevice;
+    }
+    return code;
+}
+
+TrkErrorType Connection::Read(size_t index, unsigned kind, const ReadCall& read, Reading& answer)
+{
+    std::shared_ptr<Reading> reading = std::make_shared<Reading>();
+    const TrkErrorType code =
+        Access([read, reading](GError** error) { return read(*reading, error); });
+    const std::pair<size_t, unsigned> key(index, kind);
+    std::lock_guard<std::mutex> lock(m_KnownLock);
+    if (!Unanswered(code)) {
+        reading->code = code;
+        m_Known[key] = *reading;
+        answer = *reading;
+        return code;
+    }
+    std::map<std::pair<size_t, unsigned>, Reading>::const_iterator known = m_Known.find(key);
+    if ((code != ErrorNoAnswer && code != ErrorDeviceLost) || known == m_Known.end()) {
+        return code;
+    }
+    answer = known->second;
+    return answer.code;
+}
+
+void Connection::Watch()
+{
+    if (!m_Calls || !IsConnected()) {
+        return;
+    }
+    if (m_Calls->Stalled() > LossTimeout) {
+        MarkLost();
+        return;
+    }
+    m_Calls->PostEvery(
+        [this] {
+            Execute(
+                [this](GError** error) {
+                    guint32 value = 0;
+                    arv_device_read_register(m_Device, ProbeAddress, &value, error);
+                    return Success;
+                },
+                true);
+        },
+        ProbePeriod);
+}
+
 std::string Connection::Signature(size_t index)
 {
-    std::ostringstream out;
-    TrkErrorType code = Access([&](GError** error) -> TrkErrorType {
-        out << IsNodeWritable(m_Nodes[index].node, error) << ' ';
+    std::shared_ptr<std::ostringstream> out = std::make_shared<std::ostringstream>();
+    const NodeInfo* info = &m_Nodes[index];
+    TrkErrorType code = Access([info, out](GError** error) -> TrkErrorType {
+        *out << IsNodeWritable(info->node, error) << ' ';
         if (*error == nullptr) {
-            Describe(out, m_Nodes[index], error);
+            Describe(*out, *info, error);
         }
         return Success;
     });
-    return code == Success ? out.str() : std::string();
+    return code == Success ? out->str() : std::string();
 }
 
 void Connection::RequestRefresh(size_t written)
@@ -178,14 +303,18 @@ void Connection::RequestRefresh(size_t written)
     ++m_RefreshesRequested;
 }
 
-TrkErrorType Connection::CodeOf(const GError* error)
+TrkErrorType Connection::CodeOf(const GError* error, bool read)
 {
-    if (error->domain == ARV_DEVICE_ERROR && (error->code == ARV_DEVICE_ERROR_TIMEOUT ||
-                                              error->code == ARV_DEVICE_ERROR_NOT_CONNECTED)) {
+    if (error->domain != ARV_DEVICE_ERROR) {
+        return ErrorDevice;
+    }
+    // Aravis reports a timeout after asking the device several times.
+    if (error->code == ARV_DEVICE_ERROR_NOT_CONNECTED ||
+        (read && error->code == ARV_DEVICE_ERROR_TIMEOUT)) {
         m_Lost = true;
         return ErrorDeviceLost;
     }
-    return ErrorDevice;
+    return error->code == ARV_DEVICE_ERROR_TIMEOUT ? ErrorNoAnswer : ErrorDevice;
 }
 
 void Connection::OnControlLost(ArvDevice*, gpointer connection)

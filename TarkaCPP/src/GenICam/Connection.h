@@ -2,6 +2,7 @@
 #define TARKACPP_GENICAM_CONNECTION_H
 
 #include "../ObserverRegistry.h"
+#include "CallQueue.h"
 #include "GLibLog.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
@@ -9,9 +10,15 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 namespace KST {
@@ -31,15 +38,67 @@ struct NodeInfo
     std::vector<ArvGcFeatureNode*> entryNodes;
 };
 
+// What one read of a feature answered, kept as the last known answer.
+struct Reading
+{
+    TrkErrorType code = Success;
+    long long integers[2] = {0, 0};
+    double numbers[2] = {0.0, 0.0};
+    bool flag = false;
+    std::string text;
+
+    // integers or numbers, by type.
+    template <class T>
+    T* Numbers();
+};
+
+template <>
+inline long long* Reading::Numbers<long long>()
+{
+    return integers;
+}
+
+template <>
+inline double* Reading::Numbers<double>()
+{
+    return numbers;
+}
+
+// What a read asks for, per feature; an entry's availability adds the
+// entry's index to EntryRead.
+enum ReadKind : unsigned
+{
+    ValueRead,
+    RangeRead,
+    IncrementRead,
+    WritableRead,
+    EntryRead
+};
+
 // One opened Aravis camera, shared by the Camera object and its features.
 //
 // Every Aravis call goes through Access, which holds the Aravis lock for the
-// call and turns GErrors and GLib warnings into codes. The observer state is
-// guarded by m_Lock, which is never held during an Aravis call or while an
-// observer is called.
+// call and turns GErrors and GLib warnings into codes. A device reached over
+// a network is called on a CallQueue, so that one that stopped answering
+// holds up no caller longer than AnswerTimeout; Aravis's in-process fake
+// camera always answers and is called on the caller's thread. The observer
+// state is guarded by m_Lock, which is never held during an Aravis call or
+// while an observer is called.
 class Connection
 {
 public:
+    using DeviceCall = std::function<TrkErrorType(GError**)>;
+    using ReadCall = std::function<TrkErrorType(Reading&, GError**)>;
+
+    // How long a caller waits for a device's answer: 100 ms.
+    static const std::chrono::milliseconds AnswerTimeout;
+    // A read the device leaves unanswered this long, 550 ms, outlasts
+    // Aravis's wait for one answer, so Aravis has asked again in vain: the
+    // device is lost.
+    static const std::chrono::milliseconds LossTimeout;
+    // How often the device is asked whether it still answers: 100 ms.
+    static const std::chrono::milliseconds ProbePeriod;
+
     // Takes over the reference on camera.
     explicit Connection(ArvCamera* camera);
     ~Connection();
@@ -49,17 +108,35 @@ public:
 
     // Runs call(GError**) with the Aravis lock held. call returns a code and
     // stops at the first GError it gets; a GError or a GLib warning makes the
-    // result ErrorDevice, and a timeout marks the device lost.
-    template <class Call>
-    TrkErrorType Access(Call call);
+    // result ErrorDevice. A call that may run on the CallQueue owns what it
+    // touches: its caller may have gone on when it runs. A read that times
+    // out in Aravis marks the device lost; a write that does fails with
+    // ErrorNoAnswer.
+    TrkErrorType Access(const DeviceCall& call, bool read = true);
+    // Access for a read of a feature: what it answers is kept, and answered
+    // again while the device doesn't answer or once it is lost, so that a
+    // host sees the camera as it was last. Without one kept, the read fails
+    // with ErrorNoAnswer or ErrorDeviceLost.
+    TrkErrorType Read(size_t index, unsigned kind, const ReadCall& read, Reading& answer);
 
-    // Releases the Aravis objects; every later call fails with ErrorClosed.
-    void Close();
+    // Every later call fails with ErrorClosed at once, waiting ones included.
+    void BeginClose();
+    // Waits for the calls running and releases the Aravis objects; slow for
+    // a device that stopped answering.
+    void Release();
     bool IsConnected() const { return !m_Lost && !m_Closed; }
     void MarkLost() { m_Lost = true; }
+    // True when another program held the device's control channel at
+    // opening: features read, writes fail with ErrorReadOnlyAccess.
+    bool IsReadOnly() const { return m_ReadOnly; }
+    // Asks the device now and then whether it still answers, and marks it
+    // lost when a read has waited for longer than LossTimeout.
+    void Watch();
+    // Aravis's in-process fake camera, or null.
+    ArvFakeCamera* FakeCamera() const { return m_Fake; }
 
     // For other parts of the backend: hold AravisLock() around any use of
-    // these, and use them only while IsConnected().
+    // these, and use them only inside Access.
     std::timed_mutex& AravisLock() { return m_AravisLock; }
     ArvCamera* AravisCamera() const { return m_Camera; }
     ArvDevice* AravisDevice() const { return m_Device; }
@@ -97,42 +174,26 @@ public:
 
 private:
     void AddFeatures(ArvGc* genicam, const std::string& category, const std::string& path);
-    TrkErrorType CodeOf(const GError* error);
+    // Runs call on this thread with the Aravis lock held.
+    TrkErrorType Execute(const DeviceCall& call, bool read);
+    TrkErrorType CodeOf(const GError* error, bool read);
     static void OnControlLost(ArvDevice* device, gpointer connection);
 
     std::timed_mutex m_AravisLock;
     ArvCamera* m_Camera;
     ArvDevice* m_Device;
+    ArvFakeCamera* m_Fake = nullptr;
     gulong m_ControlLostHandler = 0;
+    bool m_ReadOnly = false;
     std::atomic<bool> m_Lost{false};
     std::atomic<bool> m_Closed{false};
     std::vector<NodeInfo> m_Nodes;
+    // Null for the in-process fake camera.
+    std::unique_ptr<CallQueue> m_Calls;
+    // The last answer to each read, by feature and ReadKind.
+    std::mutex m_KnownLock;
+    std::map<std::pair<size_t, unsigned>, Reading> m_Known;
 };
-
-template <class Call>
-TrkErrorType Connection::Access(Call call)
-{
-    std::unique_lock<std::timed_mutex> lock(m_AravisLock, std::defer_lock);
-    if (!lock.try_lock_for(Camera::CallTimeout)) {
-        return ErrorBusy;
-    }
-    if (m_Closed) {
-        return ErrorClosed;
-    }
-    if (m_Lost) {
-        return ErrorDeviceLost;
-    }
-    GLibWarnings warnings;
-    GError* error = nullptr;
-    TrkErrorType code = call(&error);
-    if (error != nullptr) {
-        code = CodeOf(error);
-        g_error_free(error);
-    } else if (code == Success && warnings.Seen()) {
-        code = ErrorDevice;
-    }
-    return code;
-}
 
 } // namespace GenICam
 } // namespace TrkAPI

@@ -2,9 +2,11 @@
 
 #include "../FrameDispatch.h"
 #include "Connection.h"
+#include "GLibLog.h"
 #include "GenICamFeature.h"
 #include "ImageStream.h"
 #include "PowerUp.h"
+#include "Teardown.h"
 
 #include <algorithm>
 #include <fstream>
@@ -17,6 +19,9 @@ const std::chrono::milliseconds Camera::PollPeriod(250);
 const std::chrono::milliseconds Camera::CallTimeout(3000);
 
 namespace {
+
+// How often the notifier looks whether the device still answers.
+const std::chrono::milliseconds WatchPeriod(25);
 
 // Aravis's device list and the description file of its fake camera are
 // global to the process.
@@ -78,6 +83,8 @@ Camera::Camera(const std::shared_ptr<Connection>& connection)
 
 Camera::~Camera()
 {
+    m_Frames->SetHandler(FrameHandler());
+    m_Connection->BeginClose();
     // Released after the lock: they may hold the last references.
     std::deque<Notification> dropped;
     {
@@ -86,8 +93,15 @@ Camera::~Camera()
         m_Connection->m_Observers.Stop(dropped);
     }
     m_Notifier.join();
-    m_Stream.reset();
-    m_Connection->Close();
+    // The stream's thread hands frames to m_Frames until it ends.
+    std::shared_ptr<Connection> connection = m_Connection;
+    std::shared_ptr<ImageStream> stream(std::move(m_Stream));
+    std::shared_ptr<FrameDispatch> frames(std::move(m_Frames));
+    Teardown::Run([connection, stream, frames]() mutable {
+        stream.reset();
+        frames.reset();
+        connection->Release();
+    });
 }
 
 std::unique_ptr<Camera> Camera::Open(const std::string& deviceId, std::string* error)
@@ -162,6 +176,11 @@ bool Camera::IsConnected() const
     return m_Connection->IsConnected();
 }
 
+bool Camera::IsReadOnly() const
+{
+    return m_Connection->IsReadOnly();
+}
+
 void Camera::WaitForNotifications()
 {
     Connection& connection = *m_Connection;
@@ -185,6 +204,7 @@ void Camera::RunNotifier()
     connection.m_Observers.SetNotifierThread();
     std::chrono::steady_clock::time_point nextPoll = std::chrono::steady_clock::now();
     while (!connection.m_Observers.IsStopped()) {
+        connection.Watch();
         if (connection.m_Observers.HasQueued()) {
             connection.m_Observers.DeliverNext(lock, m_Features);
         } else if (connection.m_RefreshesRequested > connection.m_RefreshesDone ||
@@ -192,7 +212,8 @@ void Camera::RunNotifier()
             Refresh(lock);
             nextPoll = std::chrono::steady_clock::now() + PollPeriod;
         } else {
-            connection.m_Signal.wait_until(lock, nextPoll);
+            connection.m_Signal.wait_until(
+                lock, std::min(nextPoll, std::chrono::steady_clock::now() + WatchPeriod));
         }
     }
 }

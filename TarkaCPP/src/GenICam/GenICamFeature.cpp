@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <type_traits>
 
 namespace KST {
 namespace TrkAPI {
@@ -44,36 +45,60 @@ const NodeInfo& GenICamFeature::Info() const
     return m_Connection->Nodes()[m_Index];
 }
 
-template <class Call>
-TrkErrorType GenICamFeature::Read(TrkFeatureDataType type, TrkFeatureDataType alt, Call call) const
+TrkErrorType GenICamFeature::Read(TrkFeatureDataType type, TrkFeatureDataType alt, unsigned kind,
+                                  const ReadNode& read, Reading& answer) const
 {
     if (Info().type != type && Info().type != alt) {
         return ErrorWrongType;
     }
-    return m_Connection->Access(call);
+    const NodeInfo* info = &Info();
+    return m_Connection->Read(
+        m_Index, kind,
+        [info, read](Reading& reading, GError** error) { return read(*info, reading, error); },
+        answer);
 }
 
-template <class Check, class Store>
-TrkErrorType GenICamFeature::Write(TrkFeatureDataType type, Check check, Store store)
+template <class T>
+TrkErrorType GenICamFeature::ReadNumbers(unsigned kind, const ReadNode& read, T& first,
+                                         T* second) const
+{
+    const TrkFeatureDataType type =
+        std::is_same<T, double>::value ? TrkFeatureDataFloat : TrkFeatureDataInt;
+    Reading answer;
+    const TrkErrorType code = Read(type, type, kind, read, answer);
+    first = answer.Numbers<T>()[0];
+    if (second != nullptr) {
+        *second = answer.Numbers<T>()[1];
+    }
+    return code;
+}
+
+TrkErrorType GenICamFeature::Write(TrkFeatureDataType type, const WriteNode& check,
+                                   const WriteNode& store)
 {
     if (Info().type != type) {
         return ErrorWrongType;
     }
-    TrkErrorType code = m_Connection->Access([&](GError** error) -> TrkErrorType {
-        TrkErrorType refusal = check(error);
-        if (refusal != Success || *error != nullptr) {
-            return refusal;
-        }
-        bool writable = IsNodeWritable(Info().node, error);
-        if (*error != nullptr) {
-            return ErrorDevice;
-        }
-        if (!writable) {
-            return ErrorNotWritable;
-        }
-        store(error);
-        return Success;
-    });
+    if (m_Connection->IsReadOnly()) {
+        return ErrorReadOnlyAccess;
+    }
+    const NodeInfo* info = &Info();
+    TrkErrorType code = m_Connection->Access(
+        [info, check, store](GError** error) -> TrkErrorType {
+            TrkErrorType refusal = check(*info, error);
+            if (refusal != Success || *error != nullptr) {
+                return refusal;
+            }
+            bool writable = IsNodeWritable(info->node, error);
+            if (*error != nullptr) {
+                return ErrorDevice;
+            }
+            if (!writable) {
+                return ErrorNotWritable;
+            }
+            return store(*info, error);
+        },
+        false);
     if (code == Success) {
         {
             std::lock_guard<std::mutex> lock(m_Connection->m_Lock);
@@ -107,46 +132,73 @@ TrkErrorType GenICamFeature::GetDataType(TrkFeatureDataType& type) const
 
 TrkErrorType GenICamFeature::IsWritable(bool& writable)
 {
-    return m_Connection->Access([&](GError** error) -> TrkErrorType {
-        writable = IsNodeWritable(Info().node, error);
+    if (m_Connection->IsReadOnly()) {
+        writable = false;
         return Success;
-    });
+    }
+    Reading answer;
+    TrkErrorType code = m_Connection->Read(
+        m_Index, WritableRead,
+        [node = Info().node](Reading& reading, GError** error) {
+            reading.flag = IsNodeWritable(node, error);
+            return Success;
+        },
+        answer);
+    writable = answer.flag;
+    return code;
 }
 
 TrkErrorType GenICamFeature::GetValue(long long& value) const
 {
-    return Read(TrkFeatureDataInt, TrkFeatureDataInt, [&](GError** error) -> TrkErrorType {
-        value = arv_gc_integer_get_value(ARV_GC_INTEGER(Info().node), error);
-        return Success;
-    });
+    return ReadNumbers(
+        ValueRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            reading.integers[0] = arv_gc_integer_get_value(ARV_GC_INTEGER(info.node), error);
+            return Success;
+        },
+        value);
 }
 
 TrkErrorType GenICamFeature::GetValue(double& value) const
 {
-    return Read(TrkFeatureDataFloat, TrkFeatureDataFloat, [&](GError** error) -> TrkErrorType {
-        value = arv_gc_float_get_value(ARV_GC_FLOAT(Info().node), error);
-        return Success;
-    });
+    return ReadNumbers(
+        ValueRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            reading.numbers[0] = arv_gc_float_get_value(ARV_GC_FLOAT(info.node), error);
+            return Success;
+        },
+        value);
 }
 
 TrkErrorType GenICamFeature::GetValue(bool& value) const
 {
-    return Read(TrkFeatureDataBool, TrkFeatureDataBool, [&](GError** error) -> TrkErrorType {
-        value = arv_gc_boolean_get_value(ARV_GC_BOOLEAN(Info().node), error);
-        return Success;
-    });
+    Reading answer;
+    TrkErrorType code = Read(
+        TrkFeatureDataBool, TrkFeatureDataBool, ValueRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            reading.flag = arv_gc_boolean_get_value(ARV_GC_BOOLEAN(info.node), error);
+            return Success;
+        },
+        answer);
+    value = answer.flag;
+    return code;
 }
 
 TrkErrorType GenICamFeature::GetValue(char* buffer, unsigned int& length) const
 {
-    return Read(TrkFeatureDataEnum, TrkFeatureDataString, [&](GError** error) -> TrkErrorType {
-        const char* text =
-            Info().type == TrkFeatureDataEnum
-                ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(Info().node), error)
-                : arv_gc_string_get_value(ARV_GC_STRING(Info().node), error);
-        return *error == nullptr ? CopyText(text ? text : "", buffer, length, ErrorBufferTooSmall)
-                                 : ErrorDevice;
-    });
+    Reading answer;
+    TrkErrorType code = Read(
+        TrkFeatureDataEnum, TrkFeatureDataString, ValueRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            const char* text =
+                info.type == TrkFeatureDataEnum
+                    ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(info.node), error)
+                    : arv_gc_string_get_value(ARV_GC_STRING(info.node), error);
+            reading.text = text ? text : "";
+            return *error == nullptr ? Success : static_cast<TrkErrorType>(ErrorDevice);
+        },
+        answer);
+    return code == Success ? CopyText(answer.text, buffer, length, ErrorBufferTooSmall) : code;
 }
 
 TrkErrorType GenICamFeature::GetValues(char const** entries, unsigned int& count)
@@ -175,117 +227,151 @@ TrkErrorType GenICamFeature::IsValueAvailable(char const* entry, bool& available
     if (Info().type != TrkFeatureDataEnum) {
         return ErrorWrongType;
     }
-    int index = EntryIndex(Info(), entry);
+    const int index = EntryIndex(Info(), entry);
     if (index < 0) {
         return ErrorInvalidArgument;
     }
-    return m_Connection->Access([&](GError** error) -> TrkErrorType {
-        available = IsUsable(Info().entryNodes[index], error);
-        return Success;
-    });
+    Reading answer;
+    TrkErrorType code = Read(
+        TrkFeatureDataEnum, TrkFeatureDataEnum, EntryRead + index,
+        [index](const NodeInfo& info, Reading& reading, GError** error) {
+            reading.flag = IsUsable(info.entryNodes[index], error);
+            return Success;
+        },
+        answer);
+    available = answer.flag;
+    return code;
 }
 
 TrkErrorType GenICamFeature::GetRange(long long& min, long long& max) const
 {
-    return Read(TrkFeatureDataInt, TrkFeatureDataInt, [&](GError** error) -> TrkErrorType {
-        IntRange range = ReadIntRange(ARV_GC_INTEGER(Info().node), error);
-        min = range.min;
-        max = range.max;
-        return Success;
-    });
+    return ReadNumbers(
+        RangeRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            IntRange range = ReadIntRange(ARV_GC_INTEGER(info.node), error);
+            reading.integers[0] = range.min;
+            reading.integers[1] = range.max;
+            return Success;
+        },
+        min, &max);
 }
 
 TrkErrorType GenICamFeature::GetRange(double& min, double& max) const
 {
-    return Read(TrkFeatureDataFloat, TrkFeatureDataFloat, [&](GError** error) -> TrkErrorType {
-        FloatRange range = ReadFloatRange(ARV_GC_FLOAT(Info().node), error);
-        min = range.min;
-        max = range.max;
-        return Success;
-    });
+    return ReadNumbers(
+        RangeRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            FloatRange range = ReadFloatRange(ARV_GC_FLOAT(info.node), error);
+            reading.numbers[0] = range.min;
+            reading.numbers[1] = range.max;
+            return Success;
+        },
+        min, &max);
 }
 
 TrkErrorType GenICamFeature::GetIncrement(long long& increment) const
 {
-    return Read(TrkFeatureDataInt, TrkFeatureDataInt, [&](GError** error) -> TrkErrorType {
-        increment = arv_gc_integer_get_inc(ARV_GC_INTEGER(Info().node), error);
-        return increment > 0 ? Success : ErrorNoIncrement;
-    });
+    return ReadNumbers(
+        IncrementRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            reading.integers[0] = arv_gc_integer_get_inc(ARV_GC_INTEGER(info.node), error);
+            return reading.integers[0] > 0 ? Success : ErrorNoIncrement;
+        },
+        increment);
 }
 
 TrkErrorType GenICamFeature::GetIncrement(double& increment) const
 {
-    return Read(TrkFeatureDataFloat, TrkFeatureDataFloat, [&](GError** error) -> TrkErrorType {
-        increment = ReadFloatRange(ARV_GC_FLOAT(Info().node), error).increment;
-        return increment > 0.0 ? Success : ErrorNoIncrement;
-    });
+    return ReadNumbers(
+        IncrementRead,
+        [](const NodeInfo& info, Reading& reading, GError** error) {
+            reading.numbers[0] = ReadFloatRange(ARV_GC_FLOAT(info.node), error).increment;
+            return reading.numbers[0] > 0.0 ? Success : ErrorNoIncrement;
+        },
+        increment);
 }
 
 TrkErrorType GenICamFeature::SetValue(long long const& value)
 {
+    const gint64 wanted = value;
     return Write(
         TrkFeatureDataInt,
-        [&](GError** error) -> TrkErrorType {
-            IntRange range = ReadIntRange(ARV_GC_INTEGER(Info().node), error);
-            return *error == nullptr ? CheckNumber(range, static_cast<gint64>(value)) : Success;
+        [wanted](const NodeInfo& info, GError** error) -> TrkErrorType {
+            IntRange range = ReadIntRange(ARV_GC_INTEGER(info.node), error);
+            return *error == nullptr ? CheckNumber(range, wanted) : Success;
         },
-        [&](GError** error) {
-            arv_gc_integer_set_value(ARV_GC_INTEGER(Info().node), value, error);
+        [wanted](const NodeInfo& info, GError** error) {
+            arv_gc_integer_set_value(ARV_GC_INTEGER(info.node), wanted, error);
+            return Success;
         });
 }
 
 TrkErrorType GenICamFeature::SetValue(double const& value)
 {
+    const double wanted = value;
     return Write(
         TrkFeatureDataFloat,
-        [&](GError** error) -> TrkErrorType {
-            FloatRange range = ReadFloatRange(ARV_GC_FLOAT(Info().node), error);
-            return *error == nullptr ? CheckNumber(range, value) : Success;
+        [wanted](const NodeInfo& info, GError** error) -> TrkErrorType {
+            FloatRange range = ReadFloatRange(ARV_GC_FLOAT(info.node), error);
+            return *error == nullptr ? CheckNumber(range, wanted) : Success;
         },
-        [&](GError** error) { arv_gc_float_set_value(ARV_GC_FLOAT(Info().node), value, error); });
+        [wanted](const NodeInfo& info, GError** error) {
+            arv_gc_float_set_value(ARV_GC_FLOAT(info.node), wanted, error);
+            return Success;
+        });
 }
 
 TrkErrorType GenICamFeature::SetValue(bool value)
 {
     return Write(
-        TrkFeatureDataBool, [](GError**) -> TrkErrorType { return Success; },
-        [&](GError** error) {
-            arv_gc_boolean_set_value(ARV_GC_BOOLEAN(Info().node), value, error);
+        TrkFeatureDataBool, [](const NodeInfo&, GError**) { return Success; },
+        [value](const NodeInfo& info, GError** error) {
+            arv_gc_boolean_set_value(ARV_GC_BOOLEAN(info.node), value, error);
+            return Success;
         });
 }
 
 TrkErrorType GenICamFeature::SetValue(char const* value)
 {
     if (Info().type == TrkFeatureDataString) {
+        if (value == nullptr) {
+            return m_Connection->IsReadOnly() ? static_cast<TrkErrorType>(ErrorReadOnlyAccess)
+                                              : static_cast<TrkErrorType>(ErrorInvalidArgument);
+        }
+        const std::string text = value;
         return Write(
-            TrkFeatureDataString,
-            [&](GError**) -> TrkErrorType {
-                return value == nullptr ? ErrorInvalidArgument : Success;
-            },
-            [&](GError** error) {
-                arv_gc_string_set_value(ARV_GC_STRING(Info().node), value, error);
+            TrkFeatureDataString, [](const NodeInfo&, GError**) { return Success; },
+            [text](const NodeInfo& info, GError** error) {
+                arv_gc_string_set_value(ARV_GC_STRING(info.node), text.c_str(), error);
+                return Success;
             });
     }
-    int index = EntryIndex(Info(), value);
+    const int index = EntryIndex(Info(), value);
+    const std::string entry = index < 0 ? std::string() : std::string(value);
     return Write(
         TrkFeatureDataEnum,
-        [&](GError** error) -> TrkErrorType {
+        [index](const NodeInfo& info, GError** error) -> TrkErrorType {
             if (index < 0) {
                 return ErrorInvalidArgument;
             }
-            bool usable = IsUsable(Info().entryNodes[index], error);
+            bool usable = IsUsable(info.entryNodes[index], error);
             return *error == nullptr && !usable ? ErrorUnavailableEntry : Success;
         },
-        [&](GError** error) {
-            arv_gc_enumeration_set_string_value(ARV_GC_ENUMERATION(Info().node), value, error);
+        [entry](const NodeInfo& info, GError** error) {
+            arv_gc_enumeration_set_string_value(ARV_GC_ENUMERATION(info.node), entry.c_str(),
+                                                error);
+            return Success;
         });
 }
 
 TrkErrorType GenICamFeature::RunCommand()
 {
     return Write(
-        TrkFeatureDataCommand, [](GError**) -> TrkErrorType { return Success; },
-        [&](GError** error) { arv_gc_command_execute(ARV_GC_COMMAND(Info().node), error); });
+        TrkFeatureDataCommand, [](const NodeInfo&, GError**) { return Success; },
+        [](const NodeInfo& info, GError** error) {
+            arv_gc_command_execute(ARV_GC_COMMAND(info.node), error);
+            return Success;
+        });
 }
 
 TrkErrorType GenICamFeature::RegisterObserver(IFeatureObserverPtr const& observer)

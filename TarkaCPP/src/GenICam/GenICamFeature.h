@@ -3,6 +3,9 @@
 
 #include <TarkaCPP/Feature.h>
 
+#include <glib.h>
+
+#include <functional>
 #include <memory>
 
 namespace KST {
@@ -11,6 +14,7 @@ namespace GenICam {
 
 class Connection;
 struct NodeInfo;
+struct Reading;
 
 // One feature node of a GenICam camera: a handle on the camera's connection,
 // which keeps it alive after the Camera object is gone.
@@ -47,16 +51,25 @@ public:
     TrkErrorType UnregisterObserver(IFeatureObserverPtr const& observer) override;
 
 private:
+    // Calls on the node; they may run after the feature's caller has gone
+    // on, so they own what they touch (see Connection::Access).
+    using ReadNode = std::function<TrkErrorType(const NodeInfo&, Reading&, GError**)>;
+    using WriteNode = std::function<TrkErrorType(const NodeInfo&, GError**)>;
+
     const NodeInfo& Info() const;
-    // Runs call(GError**) on the node under the Aravis lock if the feature is
-    // of type (or alt), else fails with ErrorWrongType.
-    template <class Call>
-    TrkErrorType Read(TrkFeatureDataType type, TrkFeatureDataType alt, Call call) const;
-    // The same for a write: check(GError**) may refuse the value, then a
-    // feature that can't be written now is refused, then store(GError**)
-    // writes; a successful write asks for a refresh of the watched features.
-    template <class Check, class Store>
-    TrkErrorType Write(TrkFeatureDataType type, Check check, Store store);
+    // Reads the node through Connection::Read if the feature is of type (or
+    // alt), else fails with ErrorWrongType.
+    TrkErrorType Read(TrkFeatureDataType type, TrkFeatureDataType alt, unsigned kind,
+                      const ReadNode& read, Reading& answer) const;
+    // A read of an Int (T long long) or Float (T double) feature that
+    // answers one or two numbers.
+    template <class T>
+    TrkErrorType ReadNumbers(unsigned kind, const ReadNode& read, T& first,
+                             T* second = nullptr) const;
+    // The same for a write: check may refuse the value, then a feature that
+    // can't be written now is refused, then store writes; a successful write
+    // asks for a refresh of the watched features.
+    TrkErrorType Write(TrkFeatureDataType type, const WriteNode& check, const WriteNode& store);
 
     std::shared_ptr<Connection> m_Connection;
     size_t m_Index;

@@ -53,12 +53,13 @@ const FormatOf* Find(ArvPixelFormat format)
 // The payload size the camera asks for now; 0 if it can't be read.
 size_t Payload(Connection& connection)
 {
-    guint payload = 0;
-    connection.Access([&](GError** error) {
-        payload = arv_camera_get_payload(connection.AravisCamera(), error);
+    std::shared_ptr<guint> payload = std::make_shared<guint>(0);
+    ArvCamera* camera = connection.AravisCamera();
+    connection.Access([camera, payload](GError** error) {
+        *payload = arv_camera_get_payload(camera, error);
         return Success;
     });
-    return payload;
+    return *payload;
 }
 
 } // namespace
@@ -66,35 +67,35 @@ size_t Payload(Connection& connection)
 std::unique_ptr<ImageStream> ImageStream::Open(const std::shared_ptr<Connection>& connection,
                                                FrameDispatch& frames, std::string* error)
 {
-    ArvStream* stream = nullptr;
-    TrkErrorType code = connection->Access([&](GError** failure) {
-        stream = arv_camera_create_stream(connection->AravisCamera(), nullptr, nullptr, failure);
+    // Shared with the call, which may end after this function: a stream
+    // made too late goes with the last reference.
+    std::shared_ptr<ArvStream*> made(new ArvStream*(nullptr), [](ArvStream** slot) {
+        if (*slot != nullptr) {
+            g_object_unref(*slot);
+        }
+        delete slot;
+    });
+    ArvCamera* camera = connection->AravisCamera();
+    const TrkErrorType code = connection->Access([camera, made](GError** failure) {
+        *made = arv_camera_create_stream(camera, nullptr, nullptr, failure);
         return Success;
     });
-    if (code != Success || stream == nullptr) {
-        if (stream != nullptr) {
-            std::lock_guard<std::timed_mutex> lock(connection->AravisLock());
-            g_object_unref(stream);
-        }
+    ArvStream* stream = code == Success ? *made : nullptr;
+    if (stream == nullptr) {
         if (error) {
             *error = "the camera has no image stream";
         }
         return nullptr;
     }
+    *made = nullptr;
     return std::unique_ptr<ImageStream>(new ImageStream(connection, frames, stream));
 }
 
 ImageStream::ImageStream(const std::shared_ptr<Connection>& connection, FrameDispatch& frames,
                          ArvStream* stream)
-    : m_Connection(connection), m_Frames(frames), m_Stream(stream), m_Pool(PoolFrames)
+    : m_Connection(connection), m_Frames(frames), m_Stream(stream),
+      m_Fake(connection->FakeCamera()), m_Pool(PoolFrames)
 {
-    m_Connection->Access([this](GError**) {
-        ArvDevice* device = m_Connection->AravisDevice();
-        if (ARV_IS_FAKE_DEVICE(device)) {
-            m_Fake = arv_fake_device_get_fake_camera(ARV_FAKE_DEVICE(device));
-        }
-        return Success;
-    });
     const size_t payload = Payload(*m_Connection);
     for (int i = 0; i < StreamBuffers; ++i) {
         arv_stream_push_buffer(m_Stream, arv_buffer_new_allocate(payload));
@@ -198,12 +199,13 @@ bool ImageStream::Acquiring()
     if (m_Fake == nullptr) {
         return true;
     }
-    guint32 status = 0;
-    m_Connection->Access([&](GError**) {
-        status = arv_fake_camera_get_acquisition_status(m_Fake);
+    std::shared_ptr<guint32> status = std::make_shared<guint32>(0);
+    ArvFakeCamera* fake = m_Fake;
+    m_Connection->Access([fake, status](GError**) {
+        *status = arv_fake_camera_get_acquisition_status(fake);
         return Success;
     });
-    return status != 0;
+    return *status != 0;
 }
 
 void ImageStream::Replace(ArvBuffer* buffer)

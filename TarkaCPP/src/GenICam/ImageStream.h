@@ -55,7 +55,7 @@ private:
     // Aravis's fake camera fills buffers whether it acquires or not; its
     // images are passed on only while its acquisition register is set, as a
     // real camera sends them. Null for any other camera.
-    ArvFakeCamera* m_Fake = nullptr;
+    ArvFakeCamera* m_Fake;
     FramePool m_Pool;
     std::atomic<bool> m_Stopping{false};
     std::thread m_Thread;

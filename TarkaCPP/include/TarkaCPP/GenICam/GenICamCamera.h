@@ -29,10 +29,16 @@ enum GenICamErrorCode : TrkErrorType
     ErrorDevice = -2011,
     // Another call held the camera longer than CallTimeout.
     ErrorBusy = -2012,
-    // The device stopped answering; nothing reaches it any more.
+    // The device stopped answering, or Aravis lost its control channel;
+    // nothing reaches it any more.
     ErrorDeviceLost = -2013,
     // The Camera object is gone.
-    ErrorClosed = -2014
+    ErrorClosed = -2014,
+    // The device didn't answer this call in time; it may still answer later
+    // ones. A write may or may not have taken effect.
+    ErrorNoAnswer = -2015,
+    // Another program controls the device; this one may only read it.
+    ErrorReadOnlyAccess = -2016
 };
 
 // A camera described by GenICam, reached through Aravis: a real GigE Vision
@@ -42,10 +48,12 @@ enum GenICamErrorCode : TrkErrorType
 // categories below "Root", e.g. "/AcquisitionControl/ExposureControl".
 //
 // Writes off the range or the increment grid, and writes to features that are
-// read-only, locked or unavailable, are refused as a camera does. Aravis and
-// GLib report nothing on stderr: their errors and warnings become codes. For
-// that the first opening or search installs GLib's default log handler for
-// the whole process, which drops every message that has no handler of its own.
+// read-only, locked or unavailable, are refused as a camera does. A device
+// whose control channel another program holds opens for reading only
+// (IsReadOnly()): its writes fail with ErrorReadOnlyAccess. While a call of
+// the backend runs, the messages of Aravis's log domains become the call's
+// codes instead of output; every other message, and Aravis's at any other
+// time, goes where it would without the backend.
 //
 // GenICam has no change notification, so observers are served in two ways,
 // both from a notifier thread of the camera: after every write or command
@@ -54,13 +62,21 @@ enum GenICamErrorCode : TrkErrorType
 // features are read every PollPeriod for changes made elsewhere.
 //
 // Aravis objects aren't thread-safe: one lock per camera serialises every
-// Aravis call. A call waits at most CallTimeout for it, and a device that
-// timed out once counts as lost, so a slow or absent device holds up a
-// caller for no longer than about one call's timeout.
+// Aravis call. A device reached over a network is called from a thread of
+// the camera, and a caller waits for its answer no longer than 100 ms: a
+// call left unanswered fails with ErrorNoAnswer, a read answers instead
+// what the device last answered to it. The device counts as lost when
+// Aravis loses its control channel or a read stays unanswered for more than
+// Aravis's wait for one answer, so that Aravis has asked again in vain; the
+// device is asked every 100 ms, so a loss is found within a second. From then on reads answer the
+// last answers known, so that a host sees a camera that stands still until it closes it, and writes
+// fail with ErrorDeviceLost.
 //
-// FeaturePtrs stay safe after the Camera object is gone; their calls then
-// fail with ErrorClosed and notifications stop. The Camera object must not
-// be destroyed from inside an observer callback.
+// Destroying the Camera object returns at once: Aravis's objects and
+// threads are released on a thread of the library. FeaturePtrs stay safe
+// after the Camera object is gone; their calls then fail with ErrorClosed
+// and notifications stop. The Camera object must not be destroyed from
+// inside an observer callback.
 class Camera : public Device
 {
 public:
@@ -87,6 +103,7 @@ public:
     std::vector<FeaturePtr> Features() const override;
     FeaturePtr Find(const std::string& name) const override;
     bool IsConnected() const override;
+    bool IsReadOnly() const override;
     // The first handler opens the camera's image stream (see ImageStream),
     // which stays open until the camera is closed.
     void SetFrameHandler(const FrameHandler& handler) override;

@@ -1,0 +1,122 @@
+// The viewer with the real tab on a GigE Vision camera that is unplugged and
+// plugged in again.
+
+#include "ImagePane.h"
+#include "OpenAndWait.h"
+#include "ServedCamera.h"
+#include "TabPluginLoader.h"
+
+#include <QLabel>
+#include <QMouseEvent>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const int LossReportLimitMs = 1000;
+const int BlockedLimitMs = 200;
+const int LatencyProbeMs = 10;
+const int FrameWaitMs = 3000;
+const int OpenAttempts = 3;
+
+// The longest time the event loop took to run a timer due every 10 ms.
+class EventLoopLatency
+{
+public:
+    EventLoopLatency()
+    {
+        m_Since.start();
+        QObject::connect(&m_Timer, &QTimer::timeout, [this] {
+            m_Longest = std::max(m_Longest, m_Since.restart() - LatencyProbeMs);
+        });
+        m_Timer.start(LatencyProbeMs);
+    }
+    qint64 LongestMs() const { return m_Longest; }
+
+private:
+    QTimer m_Timer;
+    QElapsedTimer m_Since;
+    qint64 m_Longest = 0;
+};
+
+void Mouse(QWidget* widget, QEvent::Type type, const QPoint& at)
+{
+    QMouseEvent event(type, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &event);
+}
+
+} // namespace
+
+TEST(CameraLoss, AnUnpluggedCameraIsReportedAtOnceWithoutBlockingAndOpensAgainWhenBack)
+{
+    TabPluginLoader loader;
+    ASSERT_TRUE(loader.Load(QStringLiteral(TAB_PLUGIN_DIR)));
+    ServedCamera device(TAB_CAMERA_SERVER, FamilyArguments("automode"));
+    ASSERT_FALSE(device.Id().empty()) << "tabcamera's camera was not discovered";
+    const QString id = QString::fromStdString(device.Id());
+    struct Moment
+    {
+        const char* name;
+        bool acquiring;
+        bool dragging;
+    };
+    // The tab refreshes every second while shown, in each of these too.
+    for (const Moment& moment :
+         {Moment{"during a tab refresh", false, false}, Moment{"during acquisition", true, false},
+          Moment{"during a drag", false, true}}) {
+        SCOPED_TRACE(moment.name);
+        ViewerWindow window(loader.Plugins(), false);
+        window.show();
+        ASSERT_TRUE(OpenAndWait(window, id, OpenAttempts));
+        QTabWidget* pages = window.findChild<QTabWidget*>("pages");
+        ASSERT_EQ(pages->count(), 1);
+        if (moment.acquiring) {
+            // Over a busy loopback whole images may never arrive; the stream
+            // runs either way.
+            window.StartAcquisition();
+            RunUntil([&] { return window.Image()->FramesShown() > 0; }, FrameWaitMs);
+        }
+        QWidget* preview = nullptr;
+        for (QLabel* label : pages->findChildren<QLabel*>()) {
+            if (QLatin1String(label->metaObject()->className()) == "RubberBandLabel") {
+                preview = label;
+            }
+        }
+        ASSERT_NE(preview, nullptr);
+        QPoint at = preview->rect().center();
+        if (moment.dragging) {
+            Mouse(preview, QEvent::MouseButtonPress, at);
+        }
+
+        EventLoopLatency latency;
+        QElapsedTimer sinceKill;
+        device.Kill();
+        sinceKill.start();
+        const bool reported = RunUntil([&] {
+            if (moment.dragging && pages->count() > 0) {
+                at += QPoint(1, 1);
+                Mouse(preview, QEvent::MouseMove, at);
+            }
+            return window.statusBar()->currentMessage().contains("was lost");
+        });
+        EXPECT_TRUE(reported);
+        EXPECT_LT(sinceKill.elapsed(), LossReportLimitMs);
+        EXPECT_LT(latency.LongestMs(), BlockedLimitMs);
+        EXPECT_EQ(pages->count(), 0);
+        EXPECT_EQ(window.Image()->FramesShown(), 0u);
+        ASSERT_TRUE(device.Start());
+    }
+
+    // Plugged in again under the same id, it is found and opened again.
+    ViewerWindow window(loader.Plugins(), false);
+    ASSERT_TRUE(OpenAndWait(window, id, OpenAttempts));
+    device.Kill();
+    ASSERT_TRUE(
+        RunUntil([&] { return window.statusBar()->currentMessage().contains("was lost"); }));
+    ASSERT_TRUE(device.Start());
+    EXPECT_TRUE(WaitForOpening(window));
+    EXPECT_EQ(window.findChild<QTabWidget*>("pages")->count(), 1);
+}
