@@ -116,5 +116,17 @@
         <source>Start acquisition</source>
         <translation>Aufnahme starten</translation>
     </message>
+    <message>
+        <source>Opening camera %1...</source>
+        <translation>Kamera %1 wird geöffnet...</translation>
+    </message>
+    <message>
+        <source>Camera %1 is controlled by another program: its features can only be read</source>
+        <translation>Kamera %1 wird von einem anderen Programm gesteuert: ihre Merkmale können nur gelesen werden</translation>
+    </message>
+    <message>
+        <source>Camera %1 is back</source>
+        <translation>Kamera %1 ist wieder da</translation>
+    </message>
 </context>
 </TS>
