@@ -45,44 +45,45 @@ std::unique_ptr<Camera> MakeTestCamera(Family family)
     return camera;
 }
 
-bool WaitFor(const std::function<bool()>& done, int milliseconds)
+namespace {
+
+// Runs events until done() holds or the time is up.
+void WaitFor(const std::function<bool()>& done, int milliseconds = 3000)
 {
     QElapsedTimer clock;
     clock.start();
-    while (!done()) {
-        if (clock.elapsed() > milliseconds)
-            return false;
+    while (!done() && clock.elapsed() <= milliseconds) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
         QThread::msleep(5);
     }
-    return true;
 }
+
+} // namespace
 
 EditorTab::EditorTab(std::unique_ptr<Camera> made,
                      const std::function<FeaturePtr(const FeaturePtr&)>& wrap)
     : device(std::move(made)), camera(static_cast<Camera*>(device.get())),
       settle([this] { camera->WaitForNotifications(); })
 {
-    QSharedPointer<FeatureVector> features = MakeFeatureVector(*device);
-    if (wrap) {
-        for (FeaturePtr& feature : *features) {
-            feature = wrap(feature);
-        }
-    }
-    widget = new AutoROIWidget(features, &page);
-    QVBoxLayout* layout = new QVBoxLayout;
-    layout->addWidget(widget);
-    page.setLayout(layout);
+    Open(wrap);
 }
 
 EditorTab::EditorTab(std::unique_ptr<KST::TrkAPI::Device> opened,
                      const std::function<void()>& settle)
     : device(std::move(opened)), camera(nullptr), settle(settle)
 {
-    widget = new AutoROIWidget(MakeFeatureVector(*device), &page);
-    QVBoxLayout* layout = new QVBoxLayout;
+    Open(nullptr);
+}
+
+void EditorTab::Open(const std::function<FeaturePtr(const FeaturePtr&)>& wrap)
+{
+    QSharedPointer<FeatureVector> features = MakeFeatureVector(*device);
+    for (FeaturePtr& feature : *features) {
+        feature = wrap ? wrap(feature) : feature;
+    }
+    widget = new AutoROIWidget(features, &page);
+    QVBoxLayout* layout = new QVBoxLayout(&page);
     layout->addWidget(widget);
-    page.setLayout(layout);
 }
 
 void EditorTab::Show()

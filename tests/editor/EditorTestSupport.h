@@ -40,9 +40,6 @@ enum class Family
 //   region covers in sensor coordinates.
 std::unique_ptr<KST::TrkAPI::Sim::Camera> MakeTestCamera(Family family);
 
-// Runs events until done() holds or the time is up; tells which.
-bool WaitFor(const std::function<bool()>& done, int milliseconds = 3000);
-
 // The editor as the host holds it, in a page of its own.
 struct EditorTab
 {
@@ -107,6 +104,10 @@ struct EditorTab
         QLayoutItem* item = grid->itemAtPosition(row, column);
         return item ? qobject_cast<T*>(item->widget()) : nullptr;
     }
+
+    // Makes the editor in the page over the device's features, each passed
+    // through wrap if given.
+    void Open(const std::function<FeaturePtr(const FeaturePtr&)>& wrap);
 
     std::unique_ptr<KST::TrkAPI::Device> device;
     // The in-memory camera, for its test hooks; null over other backends.

@@ -39,7 +39,7 @@ struct Observed
     IFeatureObserverPtr ptr{raw};
 };
 
-// A small camera with numbers, a flag, texts and a command, and a region
+// A small camera with numbers, a flag, a list and a command, and a region
 // tied to the image width.
 class SimCameraTest : public ::testing::Test
 {
@@ -49,12 +49,9 @@ protected:
         m_Camera.AddInteger("Width", 640, 16, 1024, 8);
         m_Camera.AddInteger("RegionOffsetX", 0, 0, 0, 4);
         m_Camera.AddInteger("RegionWidth", 320, 32, 640, 4);
-        m_Camera.AddInteger("Stepless", 5, 0, 10, 0);
-        m_Camera.AddFloat("Exposure", 0.5, 0.0, 1.0, 0.1);
         m_Camera.AddFloat("Gamma", 1.0, 0.5, 2.0);
         m_Camera.AddBool("Enable", true);
         m_Camera.AddEnum("Mode", {"Off", "Once", "Continuous"}, "Off");
-        m_Camera.AddString("UserID", "cam");
         m_Camera.AddCommand("Start");
         m_Camera.AddRule(KeepInside("RegionOffsetX", "RegionWidth", "", "Width"));
     }
@@ -63,45 +60,6 @@ protected:
 
     Camera m_Camera;
 };
-
-TEST_F(SimCameraTest, RefusesWhatACameraRefusesAndChangesNothing)
-{
-    long long integer = 0;
-    double real = 0.0;
-    bool flag = true;
-    char buffer[7] = {};
-    unsigned int five = 5;
-    const std::function<TrkErrorType()> refused[] = {
-        [&] { return F("Width")->GetValue(real); },
-        [&] { return F("Exposure")->GetRange(integer, integer); },
-        [&] { return F("Stepless")->GetIncrement(integer); },
-        [&] { return F("Gamma")->GetIncrement(real); },
-        [&] { return F("Width")->GetName(buffer, five); },
-        // The grid counts from the minimum: 16 + 8k.
-        [&] { return F("Width")->SetValue(20LL); },
-        [&] { return F("Width")->SetValue(1032LL); },
-        [&] { return F("Width")->SetValue(0.5); },
-        [&] { return F("Exposure")->SetValue(0.55); },
-        [&] { return F("Exposure")->SetValue(1.1); },
-        [&] { return F("Mode")->IsValueAvailable("Never", flag); },
-        [&] { return F("Mode")->SetValue("Never"); },
-        [&] { return F("Mode")->SetValue(static_cast<const char*>(nullptr)); },
-        [&] { return F("Mode")->RunCommand(); },
-    };
-    for (size_t index = 0; index < sizeof refused / sizeof refused[0]; ++index) {
-        EXPECT_NE(0, refused[index]()) << index;
-    }
-    EXPECT_EQ(640, m_Camera.IntValue("Width"));
-    EXPECT_DOUBLE_EQ(0.5, m_Camera.FloatValue("Exposure"));
-    EXPECT_EQ("Off", m_Camera.TextValue("Mode"));
-    m_Camera.SetWritable("Enable", false);
-    m_Camera.SetEntryAvailable("Mode", "Once", false);
-    EXPECT_NE(0, F("Enable")->SetValue(false));
-    EXPECT_NE(0, F("Mode")->SetValue("Once"));
-    // A value a hair off the grid, as floating alignment leaves it, is taken.
-    EXPECT_EQ(0, F("Exposure")->SetValue(0.1 * 7));
-    EXPECT_EQ(0, F("Stepless")->SetValue(7LL));
-}
 
 TEST_F(SimCameraTest, DependentLimitsFollowEveryWriteAndAreNotifiedFromAnotherThread)
 {

@@ -23,24 +23,29 @@ QStringList Row(const FeatureTableModel& model, int row)
     return texts;
 }
 
-void MakeCamera(Camera& camera)
+// A model over a camera of one feature of each kind.
+class FeatureTableModelTest : public ::testing::Test
 {
-    camera.AddInteger("Width", 640, 16, 1280, 16);
-    camera.AddFloat("ExposureAutoMax", 500000.0, 41.0, 1e7);
-    camera.AddBool("AutofunctionAOIEnable", true);
-    camera.AddEnum("ExposureAutoTimebase", {"us", "ms"}, "us");
-    camera.AddCommand("AcquisitionStart");
-    camera.AddInteger("OffsetX", 0, 0, 100);
-    camera.SetWritable("OffsetX", false);
-}
+protected:
+    void SetUp() override
+    {
+        camera.AddInteger("Width", 640, 16, 1280, 16);
+        camera.AddFloat("ExposureAutoMax", 500000.0, 41.0, 1e7);
+        camera.AddBool("AutofunctionAOIEnable", true);
+        camera.AddEnum("ExposureAutoTimebase", {"us", "ms"}, "us");
+        camera.AddCommand("AcquisitionStart");
+        camera.AddInteger("OffsetX", 0, 0, 100);
+        camera.SetWritable("OffsetX", false);
+    }
+
+    Camera camera;
+    FeatureTableModel model;
+};
 
 } // namespace
 
-TEST(FeatureTableModel, ShowsEachKindOfFeature)
+TEST_F(FeatureTableModelTest, ShowsEachKindOfFeature)
 {
-    Camera camera;
-    MakeCamera(camera);
-    FeatureTableModel model;
     model.SetFeatures(MakeFeatureVector(camera));
 
     ASSERT_EQ(model.rowCount(), 6);
@@ -55,11 +60,8 @@ TEST(FeatureTableModel, ShowsEachKindOfFeature)
     EXPECT_EQ(model.headerData(FeatureTableModel::RangeColumn, Qt::Horizontal).toString(), "Range");
 }
 
-TEST(FeatureTableModel, RefreshReportsOnlyTheRowsThatChanged)
+TEST_F(FeatureTableModelTest, RefreshReportsOnlyTheRowsThatChanged)
 {
-    Camera camera;
-    MakeCamera(camera);
-    FeatureTableModel model;
     model.SetFeatures(MakeFeatureVector(camera));
     QVector<QPair<QModelIndex, QModelIndex>> changed;
     QObject::connect(&model, &FeatureTableModel::dataChanged,
@@ -91,14 +93,11 @@ TEST(FeatureTableModel, RefreshReportsOnlyTheRowsThatChanged)
     EXPECT_EQ(resets, 0);
 }
 
-TEST(FeatureTableModel, FailedReadsLeaveCellsEmptyAndNoCameraLeavesNoRows)
+TEST_F(FeatureTableModelTest, FailedReadsLeaveCellsEmptyAndNoCameraLeavesNoRows)
 {
-    Camera camera;
-    MakeCamera(camera);
     camera.SetFailure("Width", KST::TrkAPI::Sim::Op::GetValue);
     camera.SetFailure("ExposureAutoMax", KST::TrkAPI::Sim::Op::GetRange);
     camera.SetFailure("ExposureAutoTimebase", KST::TrkAPI::Sim::Op::GetDataType);
-    FeatureTableModel model;
     model.SetFeatures(MakeFeatureVector(camera));
 
     EXPECT_EQ(Row(model, 0), QStringList({"Width", "", "16 .. 1280, step 16", "yes"}));
