@@ -12,31 +12,18 @@
 
 namespace {
 
-const double FrameRate = 30.0;
-const int SecondsPerSize = 4;
-
-struct Size
-{
-    const char* name;
-    int width;
-    int height;
-};
-
-// The pane's size, about that of the viewer's image area.
-const QSize PaneSize(860, 560);
-
-void Measure(const Size& size)
+void Measure(const StreamSize& size)
 {
     const StreamedFrames frames(size.width, size.height);
     ImagePane pane;
-    pane.resize(PaneSize);
+    pane.resize(StreamPaneSize);
     pane.show();
     QApplication::processEvents();
 
     QElapsedTimer wall;
     wall.start();
     const double guiStart = ThreadSeconds();
-    frames.Stream(pane.Handler(), FrameRate, static_cast<int>(FrameRate * SecondsPerSize));
+    frames.Stream(pane.Handler(), StreamRate, static_cast<int>(StreamRate * StreamSeconds));
     const double seconds = wall.elapsed() / 1000.0;
     const double guiBusy = ThreadSeconds() - guiStart;
 
@@ -54,12 +41,11 @@ int main(int argc, char** argv)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication app(argc, argv);
-    std::printf("Image pane at %.0f frames/s for %d s, Mono8, pane 860 x 560\n", FrameRate,
-                SecondsPerSize);
+    std::printf("Image pane at %.0f frames/s for %d s, Mono8, pane %d x %d\n", StreamRate,
+                StreamSeconds, StreamPaneSize.width(), StreamPaneSize.height());
     std::printf("%-6s %13s %8s %8s %10s %11s\n", "size", "pixels", "received", "shown", "shown/s",
                 "GUI busy");
-    const Size sizes[] = {{"1 MP", 1280, 800}, {"5 MP", 2592, 1944}, {"20 MP", 5472, 3648}};
-    for (const Size& size : sizes) {
+    for (const StreamSize& size : StreamSizes) {
         Measure(size);
     }
     return 0;

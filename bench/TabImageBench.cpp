@@ -25,9 +25,6 @@ using namespace KST::TrkAPI;
 
 namespace {
 
-const double FrameRate = 30.0;
-const int SecondsPerRun = 4;
-const QSize PaneSize(860, 560);
 const double KilobytesPerMegabyte = 1024.0;
 const double GoalMilliseconds = 1.0;
 const double GoalMegabytesAbove = 40.0;
@@ -35,24 +32,15 @@ const double GoalMegabytesAbove = 40.0;
 // without, that still count as the display keeping up.
 const double KeepingUpShare = 0.95;
 
-struct Size
-{
-    const char* name;
-    int width;
-    int height;
-};
-
-const Size Sizes[] = {{"1 MP", 1280, 800}, {"5 MP", 2592, 1944}, {"20 MP", 5472, 3648}};
-
 // One run: prints images taken by the tab, GUI ms per image, frames shown per
 // second and the peak in MB.
-void Run(const Size& size, bool feedTab)
+void Run(const StreamSize& size, bool feedTab)
 {
     const StreamedFrames frames(size.width, size.height);
     std::unique_ptr<Sim::Camera> camera = Sim::MakeCamera("autofunction");
     BenchPage page(MakeFeatureVector(*camera));
     ImagePane pane;
-    pane.resize(PaneSize);
+    pane.resize(StreamPaneSize);
     pane.show();
     QApplication::processEvents();
 
@@ -79,7 +67,7 @@ void Run(const Size& size, bool feedTab)
 
     QElapsedTimer wall;
     wall.start();
-    frames.Stream(pane.Handler(), FrameRate, static_cast<int>(FrameRate * SecondsPerRun));
+    frames.Stream(pane.Handler(), StreamRate, static_cast<int>(StreamRate * StreamSeconds));
     const double seconds = wall.elapsed() / 1000.0;
 
     rusage usage;
@@ -107,7 +95,7 @@ int main(int argc, char** argv)
     }
     if (argc == 3) {
         QApplication app(argc, argv);
-        Run(Sizes[atoi(argv[1])], qstrcmp(argv[2], "tab") == 0);
+        Run(StreamSizes[atoi(argv[1])], qstrcmp(argv[2], "tab") == 0);
         return 0;
     }
     std::printf("## Live image in the tab's preview\n\n"
@@ -117,10 +105,10 @@ int main(int argc, char** argv)
                 "tab of the Autofunction camera beside it. GUI ms is the thread's CPU time of "
                 "handing the tab one image and running at once what that left for later: the "
                 "repaint of all it invalidated, and any new layout of the tab.\n\n",
-                FrameRate, SecondsPerRun, PaneSize.width(), PaneSize.height());
+                StreamRate, StreamSeconds, StreamPaneSize.width(), StreamPaneSize.height());
     std::printf("| Frame | Images to the tab | GUI ms per image | Shown/s | Shown/s without | "
                 "Peak MB | Peak MB without | Above |\n|---|---:|---:|---:|---:|---:|---:|---:|\n");
-    const int largest = int(sizeof Sizes / sizeof Sizes[0]) - 1;
+    const int largest = static_cast<int>(sizeof StreamSizes / sizeof StreamSizes[0]) - 1;
     bool met = true;
     for (int size = 0; size <= largest; ++size) {
         const QStringList with = RunApart(argv[0], size, true);
@@ -130,7 +118,7 @@ int main(int argc, char** argv)
             continue;
         }
         const double above = with[3].toDouble() - without[3].toDouble();
-        std::printf("| %s | %s | %s | %s | %s | %s | %s | %.1f |\n", Sizes[size].name,
+        std::printf("| %s | %s | %s | %s | %s | %s | %s | %.1f |\n", StreamSizes[size].name,
                     qPrintable(with[0]), qPrintable(with[1]), qPrintable(with[2]),
                     qPrintable(without[2]), qPrintable(with[3]), qPrintable(without[3]), above);
         met = met && with[1].toDouble() <= GoalMilliseconds &&
