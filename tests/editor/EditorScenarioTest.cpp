@@ -35,7 +35,7 @@ protected:
             // One server at a time: a camera opened before is lost.
             m_Server.reset();
             m_Server.reset(new ServedCamera(TAB_CAMERA_SERVER, FamilyArguments(family)));
-            camera = Camera::Open(m_Server->Id(), &error);
+            camera = m_Server->Open(&error);
         }
         if (!camera) {
             ADD_FAILURE() << error;

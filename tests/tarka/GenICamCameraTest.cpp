@@ -45,15 +45,6 @@ std::string Description(const std::string& family)
     return std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml";
 }
 
-// The backend's camera of what the server serves, or null with a failure.
-std::unique_ptr<Camera> OpenServed(const ServedCamera& server)
-{
-    std::string error;
-    std::unique_ptr<Camera> camera = Camera::Open(server.Id(), &error);
-    EXPECT_TRUE(camera) << "tabcamera's camera " << server.Id() << ": " << error;
-    return camera;
-}
-
 std::unique_ptr<Camera> OpenFamily(const std::string& family)
 {
     std::string error;
@@ -390,8 +381,9 @@ TEST(GenICamCamera, AHostsGLibHandlerKeepsItsMessagesWhetherInstalledBeforeOrAft
 TEST(GenICamCamera, ServedSimulatedCameraSharesItsValuesAndRendersTheScene)
 {
     ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("autofunction"));
-    std::unique_ptr<Camera> camera = OpenServed(server);
-    ASSERT_TRUE(camera);
+    std::string error;
+    std::unique_ptr<Camera> camera = server.Open(&error);
+    ASSERT_TRUE(camera) << "tabcamera's camera " << server.Id() << ": " << error;
     ArvCamera* other = arv_camera_new(server.Id().c_str(), nullptr);
     ASSERT_NE(other, nullptr);
     auto otherInt = [&](const char* name) { return arv_camera_get_integer(other, name, nullptr); };
