@@ -14,10 +14,27 @@ void ObserverRegistry::Resize(size_t featureCount)
     m_Observers.resize(featureCount);
 }
 
+std::vector<Registration>::const_iterator
+ObserverRegistry::Find(size_t index, const IFeatureObserverPtr& observer) const
+{
+    const std::vector<Registration>& registrations = m_Observers[index];
+    return std::find_if(registrations.begin(), registrations.end(),
+                        [&](const Registration& entry) { return entry.observer == observer; });
+}
+
+IFeatureObserverPtr ObserverRegistry::Current(size_t index, unsigned long long number) const
+{
+    for (const Registration& entry : m_Observers[index]) {
+        if (entry.number == number) {
+            return entry.observer;
+        }
+    }
+    return IFeatureObserverPtr();
+}
+
 bool ObserverRegistry::IsRegistered(size_t index, const IFeatureObserverPtr& observer) const
 {
-    const std::vector<IFeatureObserverPtr>& observers = m_Observers[index];
-    return std::find(observers.begin(), observers.end(), observer) != observers.end();
+    return Find(index, observer) != m_Observers[index].end();
 }
 
 std::vector<size_t> ObserverRegistry::Watched() const
@@ -39,7 +56,7 @@ TrkErrorType ObserverRegistry::Register(size_t index, const IFeatureObserverPtr&
     if (IsRegistered(index, observer)) {
         return ErrorAlreadyRegistered;
     }
-    m_Observers[index].push_back(observer);
+    m_Observers[index].push_back(Registration{++m_Registrations, observer});
     return Success;
 }
 
@@ -47,14 +64,12 @@ TrkErrorType ObserverRegistry::Unregister(std::unique_lock<std::mutex>& lock, si
                                           const IFeatureObserverPtr& observer,
                                           IFeatureObserverPtr& removed)
 {
-    std::vector<IFeatureObserverPtr>& observers = m_Observers[index];
-    std::vector<IFeatureObserverPtr>::iterator found =
-        std::find(observers.begin(), observers.end(), observer);
-    if (!observer || found == observers.end()) {
+    std::vector<Registration>::const_iterator found = Find(index, observer);
+    if (!observer || found == m_Observers[index].end()) {
         return ErrorNotRegistered;
     }
-    removed = *found;
-    observers.erase(found);
+    removed = found->observer;
+    m_Observers[index].erase(found);
     // The notifier itself can't wait for its own call to end.
     if (!OnNotifierThread()) {
         m_Signal.wait(lock, [&] { return m_Delivering != observer.get(); });
@@ -67,7 +82,11 @@ void ObserverRegistry::Queue(size_t index)
     if (m_Stopped || !IsWatched(index)) {
         return;
     }
-    m_Queue.push_back(Notification{index, m_Observers[index]});
+    Notification notification{index, {}};
+    for (const Registration& entry : m_Observers[index]) {
+        notification.registrations.push_back(entry.number);
+    }
+    m_Queue.push_back(std::move(notification));
     ++m_Queued;
 }
 
@@ -77,9 +96,10 @@ void ObserverRegistry::DeliverNext(std::unique_lock<std::mutex>& lock,
     Notification notification = std::move(m_Queue.front());
     m_Queue.pop_front();
     FeaturePtr feature = features[notification.index];
-    for (const IFeatureObserverPtr& observer : notification.observers) {
+    for (unsigned long long number : notification.registrations) {
         // Those unregistered since the change are no longer told.
-        if (!IsRegistered(notification.index, observer)) {
+        IFeatureObserverPtr observer = Current(notification.index, number);
+        if (!observer) {
             continue;
         }
         m_Delivering = observer.get();
@@ -89,26 +109,26 @@ void ObserverRegistry::DeliverNext(std::unique_lock<std::mutex>& lock,
         } catch (...) {
             // An observer's fault must not stop the notifications of others.
         }
+        // Not the last reference: unregistering holds one until m_Delivering
+        // is cleared, unless the observer unregistered itself on this thread.
+        observer.reset();
         lock.lock();
         m_Delivering = nullptr;
         m_Signal.notify_all();
     }
-    // The last references may go here; never under the lock.
     lock.unlock();
     feature.reset();
-    notification.observers.clear();
     lock.lock();
     ++m_Done;
     m_Signal.notify_all();
 }
 
-void ObserverRegistry::Stop(std::deque<Notification>& dropped)
+void ObserverRegistry::Stop()
 {
     m_Stopped = true;
-    dropped.swap(m_Queue);
+    m_Queue.clear();
     m_Done = m_Queued;
     m_Signal.notify_all();
 }
-
 } // namespace TrkAPI
 } // namespace KST

@@ -12,12 +12,21 @@
 namespace KST {
 namespace TrkAPI {
 
-// A change waiting for the notifier, with the observers registered when it
-// happened; those removed since are skipped.
+// An observer as registered, numbered so that a notification can name it
+// without keeping it alive.
+struct Registration
+{
+    unsigned long long number;
+    IFeatureObserverPtr observer;
+};
+
+// A change waiting for the notifier, with the registrations current when it
+// happened; those removed since are skipped. It holds no references, so an
+// observer is never released by the notifier after its owner let it go.
 struct Notification
 {
     size_t index;
-    std::vector<IFeatureObserverPtr> observers;
+    std::vector<unsigned long long> registrations;
 };
 
 // The observers of a camera's features, by feature index, and the
@@ -59,14 +68,18 @@ public:
     // Called by the notifier thread as it starts.
     void SetNotifierThread() { m_NotifierThread = std::this_thread::get_id(); }
     bool OnNotifierThread() const { return std::this_thread::get_id() == m_NotifierThread; }
-    // Drops what waits into dropped, for the caller to release after the
-    // lock, and queues nothing more.
-    void Stop(std::deque<Notification>& dropped);
+    // Drops what waits and queues nothing more.
+    void Stop();
     bool IsStopped() const { return m_Stopped; }
 
 private:
+    std::vector<Registration>::const_iterator Find(size_t index,
+                                                   const IFeatureObserverPtr& observer) const;
+    IFeatureObserverPtr Current(size_t index, unsigned long long number) const;
+
     std::condition_variable& m_Signal;
-    std::vector<std::vector<IFeatureObserverPtr>> m_Observers;
+    std::vector<std::vector<Registration>> m_Observers;
+    unsigned long long m_Registrations = 0;
     std::deque<Notification> m_Queue;
     unsigned long long m_Queued = 0;
     unsigned long long m_Done = 0;

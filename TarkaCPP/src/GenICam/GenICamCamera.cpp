@@ -85,12 +85,10 @@ Camera::~Camera()
 {
     m_Frames->SetHandler(FrameHandler());
     m_Connection->BeginClose();
-    // Released after the lock: they may hold the last references.
-    std::deque<Notification> dropped;
     {
         std::lock_guard<std::mutex> lock(m_Connection->m_Lock);
         m_Connection->m_RefreshesDone = m_Connection->m_RefreshesRequested;
-        m_Connection->m_Observers.Stop(dropped);
+        m_Connection->m_Observers.Stop();
     }
     m_Notifier.join();
     // The stream's thread hands frames to m_Frames until it ends.

@@ -47,12 +47,10 @@ Camera::Camera() : m_State(std::make_shared<CameraState>()), m_Frames(new FrameD
 
 Camera::~Camera()
 {
-    // Released after the lock: they may hold the last references.
-    std::deque<Notification> dropped;
     std::vector<FeaturePtr> features;
     {
         std::lock_guard<std::mutex> lock(m_State->m_Lock);
-        m_State->m_Observers.Stop(dropped);
+        m_State->m_Observers.Stop();
     }
     m_Notifier.join();
     if (m_FrameThread.joinable()) {
