@@ -37,9 +37,14 @@ bool IsBayer(PixelFormat format)
            format == PixelFormat::BayerGB8 || format == PixelFormat::BayerBG8;
 }
 
+QRgb Rgb(quint64 red, quint64 green, quint64 blue)
+{
+    return qRgb(static_cast<int>(red), static_cast<int>(green), static_cast<int>(blue));
+}
+
 QRgb Gray(quint64 value)
 {
-    return qRgb(int(value), int(value), int(value));
+    return Rgb(value, value, value);
 }
 
 // The source units that one output pixel covers along an axis: all of them
@@ -108,7 +113,7 @@ struct Rgb8Unit
     }
     QRgb Pixel(const Sums& sums, quint64 count) const
     {
-        return qRgb(int(sums.red / count), int(sums.green / count), int(sums.blue / count));
+        return Rgb(sums.red / count, sums.green / count, sums.blue / count);
     }
 };
 
@@ -128,7 +133,7 @@ struct BayerUnit
     }
     QRgb Pixel(const Sums& sums, quint64 count) const
     {
-        return qRgb(int(sums.red / count), int(sums.green / (2 * count)), int(sums.blue / count));
+        return Rgb(sums.red / count, sums.green / (2 * count), sums.blue / count);
     }
 };
 

@@ -77,8 +77,8 @@ const std::chrono::milliseconds Connection::AnswerTimeout(100);
 const std::chrono::milliseconds Connection::LossTimeout(550);
 const std::chrono::milliseconds Connection::ProbePeriod(100);
 
-Connection::Connection(ArvCamera* camera)
-    : m_Camera(camera), m_Device(arv_camera_get_device(camera))
+Connection::Connection(ArvCamera* camera, std::unique_ptr<SimulatedSensor> sensor)
+    : m_Camera(camera), m_Device(arv_camera_get_device(camera)), m_Sensor(std::move(sensor))
 {
     if (ARV_IS_FAKE_DEVICE(m_Device)) {
         m_Fake = arv_fake_device_get_fake_camera(ARV_FAKE_DEVICE(m_Device));
@@ -177,6 +177,8 @@ void Connection::Release()
     if (m_ControlLostHandler != 0) {
         g_signal_handler_disconnect(m_Device, m_ControlLostHandler);
     }
+    // No frame is rendered once the device is released.
+    m_Sensor.reset();
     g_object_unref(m_Camera);
     m_Camera = nullptr;
     m_Device = nullptr;

@@ -5,6 +5,7 @@
 #include "CallQueue.h"
 #include "GLibLog.h"
 #include <TarkaCPP/GenICam/GenICamCamera.h>
+#include <TarkaCPP/GenICam/SimulatedSensor.h>
 
 #include <arv.h>
 
@@ -99,8 +100,9 @@ public:
     // How often the device is asked whether it still answers: 100 ms.
     static const std::chrono::milliseconds ProbePeriod;
 
-    // Takes over the reference on camera.
-    explicit Connection(ArvCamera* camera);
+    // Takes over the reference on camera, and the sensor that renders the
+    // frames of a camera simulated in process, if any.
+    explicit Connection(ArvCamera* camera, std::unique_ptr<SimulatedSensor> sensor = nullptr);
     ~Connection();
 
     Connection(const Connection&) = delete;
@@ -183,6 +185,7 @@ private:
     ArvCamera* m_Camera;
     ArvDevice* m_Device;
     ArvFakeCamera* m_Fake = nullptr;
+    std::unique_ptr<SimulatedSensor> m_Sensor;
     gulong m_ControlLostHandler = 0;
     bool m_ReadOnly = false;
     std::atomic<bool> m_Lost{false};

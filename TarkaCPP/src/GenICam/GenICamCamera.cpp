@@ -5,7 +5,6 @@
 #include "GLibLog.h"
 #include "GenICamFeature.h"
 #include "ImageStream.h"
-#include "PowerUp.h"
 #include "Teardown.h"
 
 #include <algorithm>
@@ -130,8 +129,11 @@ std::unique_ptr<Camera> Camera::OpenDescription(const std::string& file, std::st
     GError* failure = nullptr;
     ArvDevice* device = arv_fake_device_new("GenICam", &failure);
     ArvCamera* camera = nullptr;
+    // Powered up before the camera's first read, it renders the scene of the
+    // in-memory cameras instead of the fake camera's own pattern.
+    std::unique_ptr<SimulatedSensor> sensor;
     if (device != nullptr) {
-        PowerUp(arv_device_get_genicam(device));
+        sensor.reset(new SimulatedSensor(arv_fake_device_get_fake_camera(ARV_FAKE_DEVICE(device))));
         camera = arv_camera_new_with_device(device, &failure);
         g_object_unref(device);
     }
@@ -139,7 +141,8 @@ std::unique_ptr<Camera> Camera::OpenDescription(const std::string& file, std::st
     if (!camera) {
         return nullptr;
     }
-    return std::unique_ptr<Camera>(new Camera(std::make_shared<Connection>(camera)));
+    return std::unique_ptr<Camera>(
+        new Camera(std::make_shared<Connection>(camera, std::move(sensor))));
 }
 
 std::vector<std::string> Camera::DeviceIds()

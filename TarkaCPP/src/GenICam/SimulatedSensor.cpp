@@ -68,7 +68,8 @@ void Fill(ArvBuffer* buffer, void* data, guint32, guint32, ArvPixelFormat)
 
 } // namespace
 
-SimulatedSensor::SimulatedSensor(ArvFakeCamera* camera) : m_Camera(camera)
+SimulatedSensor::SimulatedSensor(ArvFakeCamera* camera)
+    : m_Camera(ARV_FAKE_CAMERA(g_object_ref(camera)))
 {
     size_t size = 0;
     const char* xml = arv_fake_camera_get_genicam_xml(camera, &size);
@@ -90,6 +91,7 @@ SimulatedSensor::~SimulatedSensor()
     if (m_Firmware != nullptr) {
         arv_fake_camera_set_fill_pattern(m_Camera, nullptr, nullptr);
     }
+    g_object_unref(m_Camera);
 }
 
 } // namespace GenICam

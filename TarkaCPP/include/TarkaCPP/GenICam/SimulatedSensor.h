@@ -22,7 +22,7 @@ namespace GenICam {
 class SimulatedSensor
 {
 public:
-    // The camera must outlive the object.
+    // Keeps a reference on the camera.
     explicit SimulatedSensor(ArvFakeCamera* camera);
     // Gives the camera back its own pattern; no frame is rendered afterwards.
     ~SimulatedSensor();
