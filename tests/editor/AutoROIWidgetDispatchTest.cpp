@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <map>
 
 using KST::TrkAPI::Sim::Camera;
@@ -123,6 +124,15 @@ TEST(AutoROIWidgetDispatch, DragFollowsInSpinBoxesAndWritesOnceAtRelease)
                 500, 4);
 }
 
+namespace {
+
+void PrintMessage(QtMsgType, const QMessageLogContext&, const QString& message)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+} // namespace
+
 TEST(AutoROIWidgetDispatchDeathTest, UnreadableRangeEndsTheProcess)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
@@ -130,8 +140,7 @@ TEST(AutoROIWidgetDispatchDeathTest, UnreadableRangeEndsTheProcess)
         {
             EditorTab editor(MakeTestCamera(Family::Autofunction));
             editor.Show();
-            // The tab silences messages; the assertion's must reach stderr.
-            qInstallMessageHandler(nullptr);
+            qInstallMessageHandler(PrintMessage);
             editor.camera->SetFailure("AutofunctionAOIWidth", Op::GetRange);
             editor.camera->SetFromCamera("AutofunctionAOIWidth", 300);
             editor.Tick();
