@@ -117,8 +117,6 @@ TEST(AutoROIWidget, ExposureAutoGroupHoldsLimitsAndTimeBaseOrPlaceholders)
     QLabel* timebase = withTimebase.ExposureCell<QLabel>(1, 5);
     EXPECT_EQ(timebase->text(), "Timeb.:");
     EXPECT_EQ(timebase->toolTip(), "Timebase");
-    QComboBox* combo = withTimebase.ExposureCell<QComboBox>(1, 6);
-    EXPECT_EQ(combo->currentText(), "10us");
 
     // A fractional limit is rounded while the spin box has no decimals yet,
     // and a step below 1 is raised to 1.
@@ -247,7 +245,6 @@ TEST(AutoROIWidget, PreviewIsRebuiltOnlyForANewReferenceSize)
     tab.Tick();
     RubberBandLabel* rebuilt = tab.Preview();
     ASSERT_NE(rebuilt, first.data());
-    EXPECT_EQ(tab.Width()->maximum(), 640.0);
 
     // The old label is out of the way at once and freed later; it reports
     // nothing any more, and the new one no longer reports a drag's start.

@@ -116,7 +116,7 @@ TEST_P(EditorScenario, PresetsCentreAShareOfTheImage)
                                              "AutofunctionAOIWidth", "AutofunctionAOIHeight"};
     tab->SixteenthButton()->click();
     EXPECT_EQ(tab->Ints(region), std::vector<long long>({972, 728, 648, 486}));
-    tab->FullButton()->click();
+    tab->RegionCell<QPushButton>(6, 2)->click();
     EXPECT_EQ(tab->Ints(region), std::vector<long long>({0, 0, 2592, 1944}));
 
     std::unique_ptr<EditorTab> autoMode = Open("automode");

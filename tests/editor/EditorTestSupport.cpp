@@ -60,30 +60,15 @@ void WaitFor(const std::function<bool()>& done, int milliseconds = 3000)
 
 } // namespace
 
-EditorTab::EditorTab(std::unique_ptr<Camera> made,
-                     const std::function<FeaturePtr(const FeaturePtr&)>& wrap)
-    : device(std::move(made)), camera(static_cast<Camera*>(device.get())),
-      settle([this] { camera->WaitForNotifications(); })
-{
-    Open(wrap);
-}
-
 EditorTab::EditorTab(std::unique_ptr<KST::TrkAPI::Device> opened,
                      const std::function<void()>& settle)
-    : device(std::move(opened)), camera(nullptr), settle(settle)
+    : device(std::move(opened)), camera(dynamic_cast<Camera*>(device.get())), settle(settle)
 {
-    Open(nullptr);
-}
-
-void EditorTab::Open(const std::function<FeaturePtr(const FeaturePtr&)>& wrap)
-{
-    QSharedPointer<FeatureVector> features = MakeFeatureVector(*device);
-    for (FeaturePtr& feature : *features) {
-        feature = wrap ? wrap(feature) : feature;
+    if (!this->settle) {
+        this->settle = [this] { camera->WaitForNotifications(); };
     }
-    widget = new AutoROIWidget(features, &page);
-    QVBoxLayout* layout = new QVBoxLayout(&page);
-    layout->addWidget(widget);
+    widget = new AutoROIWidget(MakeFeatureVector(*device), &page);
+    (new QVBoxLayout(&page))->addWidget(widget);
 }
 
 void EditorTab::Show()

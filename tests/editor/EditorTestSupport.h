@@ -43,13 +43,11 @@ std::unique_ptr<KST::TrkAPI::Sim::Camera> MakeTestCamera(Family family);
 // The editor as the host holds it, in a page of its own.
 struct EditorTab
 {
-    // The host's list holds the camera's features, each passed through wrap
-    // if given.
-    explicit EditorTab(std::unique_ptr<KST::TrkAPI::Sim::Camera> made,
-                       const std::function<FeaturePtr(const FeaturePtr&)>& wrap = nullptr);
     // Over a camera of any backend; settle returns once the camera has
-    // delivered the notifications of its changes so far.
-    EditorTab(std::unique_ptr<KST::TrkAPI::Device> opened, const std::function<void()>& settle);
+    // delivered the notifications of its changes so far, which an in-memory
+    // camera tells by itself.
+    explicit EditorTab(std::unique_ptr<KST::TrkAPI::Device> opened,
+                       const std::function<void()>& settle = nullptr);
 
     // Shows the page with the tab's own timer stopped, so that each test
     // decides when the dispatch runs, and takes in what loading wrote back.
@@ -82,7 +80,6 @@ struct EditorTab
     QDoubleSpinBox* Width() const { return RegionCell(3, 6); }
     QLabel* VerticalMessage() const { return RegionCell<QLabel>(4, 1); }
     QLabel* HorizontalMessage() const { return RegionCell<QLabel>(5, 1); }
-    QPushButton* FullButton() const { return RegionCell<QPushButton>(6, 2); }
     QPushButton* QuarterButton() const { return RegionCell<QPushButton>(6, 3); }
     QPushButton* SixteenthButton() const { return RegionCell<QPushButton>(6, 6); }
     QDoubleSpinBox* ExposureMin() const { return ExposureCell(1, 2); }
@@ -104,10 +101,6 @@ struct EditorTab
         QLayoutItem* item = grid->itemAtPosition(row, column);
         return item ? qobject_cast<T*>(item->widget()) : nullptr;
     }
-
-    // Makes the editor in the page over the device's features, each passed
-    // through wrap if given.
-    void Open(const std::function<FeaturePtr(const FeaturePtr&)>& wrap);
 
     std::unique_ptr<KST::TrkAPI::Device> device;
     // The in-memory camera, for its test hooks; null over other backends.

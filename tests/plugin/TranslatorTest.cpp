@@ -1,6 +1,5 @@
 #include "BaseTabPlugin.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QLocale>
 #include <QProcess>
@@ -10,7 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include <iostream>
+#include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -31,52 +31,39 @@ void MakeTranslation(const QString& dir, const QString& base, const QString& ful
     ASSERT_EQ(exitCode, 0);
 }
 
-// The system locale is fixed when the application starts, so each locale
-// gets a process of its own: this test binary, running only the probe below.
-QString Probe(const QString& workingDirectory, const QString& locale)
+// Prints the locale and what the loaded translator makes of "Full", and ends
+// the process at once.
+void ReportTranslation()
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TAB_TRANSLATOR_PROBE", "1");
-    environment.insert("LC_ALL", locale);
-    environment.remove("LANGUAGE");
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(workingDirectory);
-    process.start(QCoreApplication::applicationFilePath(), {"--gtest_filter=TranslatorProbe.*"});
-    process.waitForFinished(60000);
-    for (const QString& line : QString::fromUtf8(process.readAllStandardOutput()).split('\n')) {
-        if (line.startsWith("probe ")) {
-            return line.mid(6);
-        }
-    }
-    return QString();
+    const QTranslator* translator = BaseTabPluginWidget::LoadTranslator("tabextensionautoaoi");
+    const QString full =
+        translator->isEmpty() ? "empty" : translator->translate("AutoROIWidget", "Full");
+    std::fprintf(stderr, "%s\n", qPrintable(QLocale::system().name() + " " + full));
+    std::_Exit(0);
 }
 
 } // namespace
 
-TEST(TranslatorProbe, Report)
-{
-    if (qEnvironmentVariableIsEmpty("TAB_TRANSLATOR_PROBE")) {
-        GTEST_SKIP() << "runs as the child of the Translator test";
-    }
-    const QTranslator* translator = BaseTabPluginWidget::LoadTranslator("tabextensionautoaoi");
-    const QString full =
-        translator->isEmpty() ? "empty" : translator->translate("AutoROIWidget", "Full");
-    std::cout << "probe " << qPrintable(QLocale::system().name() + " " + full) << std::endl;
-}
-
 TEST(Translator, LooksForLanguageAndCountryThenLanguageUnderTheWorkingDirectory)
 {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     QTemporaryDir dir;
     ASSERT_TRUE(dir.isValid());
     MakeTranslation(dir.path(), "tabextensionautoaoi_de_DE", "Voll");
     MakeTranslation(dir.path(), "tabextensionautoaoi_de", "Ganz");
     MakeTranslation(dir.path(), "tabextensionautoaoi_ha", "Duka");
-
-    EXPECT_EQ(Probe(dir.path(), "de_DE.UTF-8"), "de_DE Voll");
-    EXPECT_EQ(Probe(dir.path(), "de_CH.UTF-8"), "de_CH Ganz");
+    // The system locale is fixed when a process starts: each locale gets a
+    // child started with it, which reports from the given working directory.
+    qunsetenv("LANGUAGE");
+    const auto expectReport = [](const QString& directory, const char* locale, const char* report) {
+        qputenv("LC_ALL", locale);
+        QDir::setCurrent(directory);
+        EXPECT_EXIT(ReportTranslation(), ::testing::ExitedWithCode(0), report);
+    };
+    expectReport(dir.path(), "de_DE.UTF-8", "de_DE Voll");
+    expectReport(dir.path(), "de_CH.UTF-8", "de_CH Ganz");
     // A three-letter language is found only under its first two letters.
-    EXPECT_EQ(Probe(dir.path(), "haw_US.UTF-8"), "haw_US Duka");
-    EXPECT_EQ(Probe(dir.path(), "fr_FR.UTF-8"), "fr_FR empty");
-    EXPECT_EQ(Probe(dir.path() + "/plugins", "de_DE.UTF-8"), "de_DE empty");
+    expectReport(dir.path(), "haw_US.UTF-8", "haw_US Duka");
+    expectReport(dir.path(), "fr_FR.UTF-8", "fr_FR empty");
+    expectReport(dir.path() + "/plugins", "de_DE.UTF-8", "de_DE empty");
 }

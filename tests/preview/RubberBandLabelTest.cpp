@@ -27,11 +27,12 @@ void Wait(int milliseconds)
 }
 
 // A shown label, given a region before its first show unless the region is
-// null, that logs the signals it emits.
+// null, that logs the signals it emits. By default one label pixel stands for
+// one image pixel, and the band runs from 10 to 50 on both axes.
 struct Preview
 {
-    Preview(int imageWidth, int imageHeight, int labelWidth, int labelHeight,
-            const QRect& region = QRect(10, 10, 41, 41))
+    Preview(int imageWidth = 300, int imageHeight = 150, int labelWidth = 300,
+            int labelHeight = 300, const QRect& region = QRect(10, 10, 41, 41))
         : label(imageWidth, imageHeight, Qt::darkGreen)
     {
         auto record = [this](const char* name) {
@@ -75,12 +76,6 @@ struct Preview
 
     RubberBandLabel label;
     QStringList log;
-};
-
-// One label pixel per image pixel; the band runs from 10 to 50 on both axes.
-struct UnitPreview : Preview
-{
-    UnitPreview() : Preview(300, 150, 300, 300) {}
 };
 
 } // namespace
@@ -141,7 +136,7 @@ TEST(RubberBandLabel, EstimatesOnResizeAndPlacesExactlyLater)
 
 TEST(RubberBandLabel, HoverCursorsFollowTheZones)
 {
-    UnitPreview preview;
+    Preview preview;
     auto expect = [&](Qt::CursorShape shape, std::initializer_list<QPoint> points) {
         for (QPoint point : points)
             EXPECT_EQ(shape, preview.CursorAt(point.x(), point.y()))
@@ -201,7 +196,7 @@ TEST(RubberBandLabel, DragFollowsTheZoneAndTheCursor)
 
 TEST(RubberBandLabel, MoveWaitsOutsideTheGuardAndReportsTheStoredSize)
 {
-    UnitPreview preview;
+    Preview preview;
     preview.Mouse(QEvent::MouseButtonPress, 30, 30);
     preview.TakeLog();
     for (QPoint outside : {QPoint(40, 299), QPoint(301, 40), QPoint(-1, 40), QPoint(40, -1)})
@@ -248,7 +243,7 @@ TEST(RubberBandLabel, MoveWaitsOutsideTheGuardAndReportsTheStoredSize)
 TEST(RubberBandLabel, HoverSurvivesWhatRunsWhileItWaits)
 {
     // A press that arrives while the hover waits starts the drag at once.
-    UnitPreview pressed;
+    Preview pressed;
     QCoreApplication::postEvent(&pressed.label,
                                 new QMouseEvent(QEvent::MouseButtonPress, QPointF(30, 30),
                                                 Qt::LeftButton, Qt::LeftButton, Qt::NoModifier));
@@ -256,7 +251,7 @@ TEST(RubberBandLabel, HoverSurvivesWhatRunsWhileItWaits)
     EXPECT_EQ("Started clicked Update(10,10,41,41)", pressed.TakeLog());
 
     // The label deleted by a slot that runs while the hover waits.
-    Preview* preview = new UnitPreview;
+    Preview* preview = new Preview;
     QPointer<RubberBandLabel> label(&preview->label);
     QObject context;
     QTimer::singleShot(0, &context, [&] { delete preview; });
@@ -291,7 +286,7 @@ TEST(RubberBandLabel, ExtremeAndEmptyGeometryStaysDefined)
 
 TEST(RubberBandLabel, ResizedWhileHiddenShowsThePlacedBandAtOnce)
 {
-    UnitPreview preview;
+    Preview preview;
     preview.label.hide();
     preview.label.resize(600, 600);
     preview.label.show();
