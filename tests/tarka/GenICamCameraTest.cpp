@@ -1,6 +1,7 @@
 // The GenICam backend over Aravis's fake cameras serving the descriptions of
-// cameras/, and one camera through GigE Vision over loopback.
+// cameras/, their images, and one camera through GigE Vision over loopback.
 
+#include "FrameCatcher.h"
 #include "GenICam/Connection.h"
 #include "ServedCamera.h"
 #include "StdFeatureText.h"
@@ -26,6 +27,8 @@ using Clock = std::chrono::steady_clock;
 const std::chrono::milliseconds LossLimit(1000);
 const std::chrono::milliseconds CallLimit(200);
 const std::chrono::milliseconds CloseLimit(100);
+// Long enough for the fake camera to send a frame if it is acquiring.
+const std::chrono::milliseconds FrameWait(250);
 
 // A host's own GLib handler: counts its own messages and any others.
 struct HostLog
@@ -40,15 +43,11 @@ struct HostLog
     int others = 0;
 };
 
-std::string Description(const std::string& family)
-{
-    return std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml";
-}
-
 std::unique_ptr<Camera> OpenFamily(const std::string& family)
 {
     std::string error;
-    std::unique_ptr<Camera> camera = Camera::OpenDescription(Description(family), &error);
+    std::unique_ptr<Camera> camera =
+        Camera::OpenDescription(std::string(TAB_CAMERAS_DIR) + "/" + family + ".xml", &error);
     EXPECT_TRUE(camera) << error;
     return camera;
 }
@@ -115,15 +114,13 @@ std::vector<std::string> AwaitNames(RecordingObserver& observer, size_t count)
 
 } // namespace
 
-TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
+TEST(GenICamCamera, ServesTheDescribedFeaturesAndRefusesWhatACameraRefuses)
 {
     std::unique_ptr<Camera> camera = OpenFamily("autofunction");
     ASSERT_TRUE(camera);
     EXPECT_TRUE(camera->IsConnected());
     const std::vector<std::pair<const char*, TrkFeatureDataType>> types = {
-        {"Width", TrkFeatureDataInt},
         {"ExposureTime", TrkFeatureDataFloat},
-        {"ExposureAutoTimebase", TrkFeatureDataEnum},
         {"DeviceModelName", TrkFeatureDataString},
         {"AutofunctionAOIEnable", TrkFeatureDataBool},
         {"AcquisitionStart", TrkFeatureDataCommand},
@@ -142,12 +139,9 @@ TEST(GenICamCamera, ServesTheDescribedFeaturesWithTypesNamesAndCategories)
     // Only what the categories list is a feature, in their order.
     EXPECT_EQ(FeatureText(camera->Features().front(), &Feature::GetName), "DeviceVendorName");
     EXPECT_EQ(camera->Features().size(), 32u);
-}
 
-TEST(GenICamCamera, RefusesWritesOffRangeOffGridNotWritableOrUnavailable)
-{
-    std::unique_ptr<Camera> camera = OpenFamily("autofunction");
-    ASSERT_TRUE(camera);
+    // Writes off the range or the grid, or of a feature that is read-only,
+    // locked or unavailable, are refused.
     FeaturePtr offset = camera->Find("AutofunctionAOIOffsetX");
     EXPECT_EQ(Range(offset), std::make_pair(0LL, 1296LL));
     EXPECT_EQ(offset->SetValue(650LL), ErrorOffGrid);
@@ -163,34 +157,55 @@ TEST(GenICamCamera, RefusesWritesOffRangeOffGridNotWritableOrUnavailable)
     EXPECT_FALSE(Writable(sensor));
     EXPECT_EQ(sensor->SetValue(2592LL), ErrorNotWritable);
 
-    // Acquiring locks the image format; commands run.
-    FeaturePtr imageWidth = camera->Find("Width");
-    EXPECT_TRUE(Writable(imageWidth));
-    EXPECT_EQ(camera->Find("AcquisitionStart")->RunCommand(), 0);
-    bool acquiring = false;
-    EXPECT_EQ(camera->Find("AcquisitionStatus")->GetValue(acquiring), 0);
-    EXPECT_TRUE(acquiring);
-    EXPECT_FALSE(Writable(imageWidth));
-    EXPECT_EQ(imageWidth->SetValue(1024LL), ErrorNotWritable);
-    EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
-    EXPECT_EQ(imageWidth->SetValue(1024LL), 0);
-
     FeaturePtr timebase = camera->Find("ExposureAutoTimebase");
-    unsigned int count = 0;
-    ASSERT_EQ(timebase->GetValues(nullptr, count), 0);
-    std::vector<const char*> entries(count);
-    ASSERT_EQ(timebase->GetValues(entries.data(), count), 0);
-    EXPECT_EQ(std::vector<std::string>(entries.begin(), entries.end()),
-              std::vector<std::string>({"1us", "10us", "100us", "1ms"}));
     bool available = true;
-    EXPECT_EQ(timebase->IsValueAvailable("1us", available), 0);
-    EXPECT_FALSE(available);
     EXPECT_EQ(timebase->IsValueAvailable("2us", available), ErrorInvalidArgument);
     EXPECT_EQ(timebase->SetValue("1us"), ErrorUnavailableEntry);
     EXPECT_EQ(timebase->SetValue("5us"), ErrorInvalidArgument);
     // A new time base converts the limits' range too.
     EXPECT_EQ(timebase->SetValue("100us"), 0);
     EXPECT_EQ(Range(camera->Find("ExposureAutoMax")).second, 100000);
+}
+
+// Acquiring locks the image format; frames come in the camera's format while
+// it acquires, none before or after.
+TEST(GenICamCamera, AcquiringLocksTheImageFormatAndFramesComeInIt)
+{
+    std::unique_ptr<Camera> camera = OpenFamily("dsp");
+    ASSERT_TRUE(camera);
+    FrameCatcher catcher;
+    camera->SetFrameHandler(catcher.Handler());
+    std::this_thread::sleep_for(FrameWait);
+    EXPECT_EQ(0, catcher.Count()) << "frames before acquisition";
+    FeaturePtr width = camera->Find("Width");
+    ASSERT_EQ(0, width->SetValue(640LL));
+    ASSERT_EQ(0, camera->Find("Height")->SetValue(480LL));
+    const std::pair<const char*, PixelFormat> formats[] = {{"Mono8", PixelFormat::Mono8},
+                                                           {"BayerRG8", PixelFormat::BayerRG8},
+                                                           {"Mono16", PixelFormat::Mono16}};
+    for (const auto& format : formats) {
+        SCOPED_TRACE(format.first);
+        ASSERT_EQ(0, camera->Find("PixelFormat")->SetValue(format.first));
+        const int before = catcher.Count();
+        ASSERT_EQ(0, camera->Find("AcquisitionStart")->RunCommand());
+        EXPECT_FALSE(Writable(width));
+        EXPECT_EQ(width->SetValue(1024LL), ErrorNotWritable);
+        ASSERT_TRUE(catcher.AwaitCount(before + 2));
+        ASSERT_EQ(0, camera->Find("AcquisitionStop")->RunCommand());
+        EXPECT_TRUE(Writable(width));
+        // Images come at the described size: the fake camera's own registers.
+        const FramePtr last = catcher.Last();
+        EXPECT_EQ(640, last->width);
+        EXPECT_EQ(480, last->height);
+        EXPECT_EQ(format.second, last->format);
+        EXPECT_EQ(last->stride * last->height, last->data.size());
+    }
+    // Images already on their way when the camera stopped may still come.
+    std::this_thread::sleep_for(FrameWait);
+    const int stopped = catcher.Count();
+    std::this_thread::sleep_for(2 * FrameWait);
+    EXPECT_EQ(stopped, catcher.Count());
+    camera->SetFrameHandler(FrameHandler());
 }
 
 TEST(GenICamCamera, ObserversHearOfWrittenAndDependentFeaturesFromALibraryThread)
@@ -257,8 +272,9 @@ TEST(GenICamCamera, UnreadableDescriptionsAreRefusedAndAHostsGLibHandlerKeepsIts
 
 // tabcamera's device is shared: what the backend writes, a client through
 // Aravis reads, and the other way round, while a second program may only
-// read; its frames come at the described size with the region's outline, and
-// auto exposure follows it. Unplugged, it is lost within a second.
+// read; its frames come through the backend at the described size with the
+// region's outline, and auto exposure follows it. Unplugged, it is lost
+// within a second.
 TEST(GenICamCamera, ServedCameraIsSharedRendersTheSceneAndIsLostWhenUnplugged)
 {
     ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("autofunction"));
@@ -276,14 +292,58 @@ TEST(GenICamCamera, ServedCameraIsSharedRendersTheSceneAndIsLostWhenUnplugged)
     EXPECT_EQ(FeatureText(camera->Find("DeviceVendorName"), &Feature::GetValue), "Aravis");
     ArvCamera* other = arv_camera_new(server.Id().c_str(), nullptr);
     ASSERT_NE(other, nullptr);
-    const std::pair<const char*, long long> region[] = {{"AutofunctionAOIWidth", 640},
+    const std::pair<const char*, long long> values[] = {{"AutofunctionAOIWidth", 640},
                                                         {"AutofunctionAOIHeight", 480},
-                                                        {"AutofunctionAOIOffsetX", 1000},
-                                                        {"AutofunctionAOIOffsetY", 500}};
-    for (const auto& value : region) {
+                                                        {"AutofunctionAOIOffsetX", 200},
+                                                        {"AutofunctionAOIOffsetY", 500},
+                                                        {"Width", 1024},
+                                                        {"Height", 768}};
+    for (const auto& value : values) {
         EXPECT_EQ(camera->Find(value.first)->SetValue(value.second), 0);
         EXPECT_EQ(arv_camera_get_integer(other, value.first, nullptr), value.second) << value.first;
     }
+
+    // A dim fixed exposure: only the outline is black or white.
+    FrameCatcher catcher;
+    camera->SetFrameHandler(catcher.Handler());
+    FeaturePtr exposure = camera->Find("ExposureTime");
+    EXPECT_EQ(camera->Find("ExposureAuto")->SetValue("Off"), 0);
+    EXPECT_EQ(exposure->SetValue(2000.0), 0);
+    EXPECT_EQ(camera->Find("AcquisitionStart")->RunCommand(), 0);
+    ASSERT_TRUE(catcher.AwaitCount(1));
+    const FramePtr frame = catcher.Last();
+    EXPECT_EQ(frame->width, 1024);
+    EXPECT_EQ(frame->height, 768);
+    const auto at = [&](int x, int y) { return frame->data[y * frame->stride + x]; };
+    for (const std::pair<int, int>& corner : {std::make_pair(200, 500), std::make_pair(839, 979)}) {
+        EXPECT_TRUE(at(corner.first, std::min(corner.second, 767)) % 255 == 0);
+    }
+    EXPECT_FALSE(at(150, 450) % 255 == 0);
+    // The acquisition register lives in the device.
+    bool acquiring = false;
+    EXPECT_EQ(monitor->Find("AcquisitionStatus")->GetValue(acquiring), 0);
+    EXPECT_TRUE(acquiring);
+
+    // Onto a bright tile, the exposure drops within a bounded time.
+    const std::pair<const char*, long long> brightTile[] = {
+        {"AutofunctionAOIWidth", 160},
+        {"AutofunctionAOIHeight", 160},
+        {"AutofunctionAOIOffsetX", 2 * 216 + 16},
+        {"AutofunctionAOIOffsetY", 2 * 216 + 16}};
+    for (const auto& value : brightTile) {
+        EXPECT_EQ(camera->Find(value.first)->SetValue(value.second), 0) << value.first;
+    }
+    EXPECT_EQ(exposure->SetValue(10000.0), 0);
+    EXPECT_EQ(camera->Find("ExposureAuto")->SetValue("Continuous"), 0);
+    double time = 10000.0;
+    for (int frames = 0; frames < 30 && time >= 8000.0; ++frames) {
+        catcher.AwaitCount(catcher.Count() + 1);
+        EXPECT_EQ(exposure->GetValue(time), 0);
+    }
+    EXPECT_LT(time, 8000.0);
+    EXPECT_EQ(camera->Find("AcquisitionStop")->RunCommand(), 0);
+    camera->SetFrameHandler(FrameHandler());
+
     // What the other client writes, the backend's poll finds.
     FeaturePtr offset = camera->Find("AutofunctionAOIOffsetX");
     auto* raw = new RecordingObserver;
@@ -303,56 +363,9 @@ TEST(GenICamCamera, ServedCameraIsSharedRendersTheSceneAndIsLostWhenUnplugged)
     arv_camera_set_integer(other, "AutofunctionAOIOffsetX", 200, nullptr);
     EXPECT_EQ(AwaitNames(*raw, 1).size(), 1u);
     EXPECT_EQ(Int(offset), 200);
-    arv_camera_set_integer(other, "Width", 1024, nullptr);
+    arv_camera_set_integer(other, "Width", 800, nullptr);
     EXPECT_EQ(AwaitNames(*raw, 1).size(), 1u);
-    EXPECT_EQ(Range(offset).second, 1024 - 640);
-
-    // A dim fixed exposure: only the outline is black or white.
-    arv_camera_set_integer(other, "Height", 768, nullptr);
-    arv_camera_set_string(other, "ExposureAuto", "Off", nullptr);
-    arv_camera_set_float(other, "ExposureTime", 2000.0, nullptr);
-    ArvStream* stream = arv_camera_create_stream(other, nullptr, nullptr, nullptr);
-    ASSERT_NE(stream, nullptr);
-    const gint payload = arv_camera_get_payload(other, nullptr);
-    for (int i = 0; i < 4; ++i) {
-        arv_stream_push_buffer(stream, arv_buffer_new(payload, nullptr));
-    }
-    arv_camera_start_acquisition(other, nullptr);
-    ArvBuffer* buffer = arv_stream_timeout_pop_buffer(stream, 5000000);
-    ASSERT_NE(buffer, nullptr);
-    EXPECT_EQ(arv_buffer_get_image_width(buffer), 1024);
-    EXPECT_EQ(arv_buffer_get_image_height(buffer), 768);
-    size_t size = 0;
-    const auto* pixels = static_cast<const unsigned char*>(arv_buffer_get_data(buffer, &size));
-    const auto at = [&](int x, int y) { return pixels[y * 1024 + x]; };
-    for (const std::pair<int, int>& corner : {std::make_pair(200, 500), std::make_pair(839, 979)}) {
-        EXPECT_TRUE(at(corner.first, std::min(corner.second, 767)) % 255 == 0);
-    }
-    EXPECT_FALSE(at(150, 450) % 255 == 0);
-    arv_stream_push_buffer(stream, buffer);
-    // The acquisition register lives in the device.
-    bool acquiring = false;
-    EXPECT_EQ(monitor->Find("AcquisitionStatus")->GetValue(acquiring), 0);
-    EXPECT_TRUE(acquiring);
-
-    // Onto a bright tile, the exposure drops within a bounded time.
-    arv_camera_set_integer(other, "AutofunctionAOIOffsetX", 2 * 216 + 16, nullptr);
-    arv_camera_set_integer(other, "AutofunctionAOIOffsetY", 2 * 216 + 16, nullptr);
-    arv_camera_set_integer(other, "AutofunctionAOIWidth", 160, nullptr);
-    arv_camera_set_integer(other, "AutofunctionAOIHeight", 160, nullptr);
-    arv_camera_set_float(other, "ExposureTime", 10000.0, nullptr);
-    arv_camera_set_string(other, "ExposureAuto", "Continuous", nullptr);
-    double exposure = 10000.0;
-    for (int frame = 0; frame < 30 && exposure >= 8000.0; ++frame) {
-        buffer = arv_stream_timeout_pop_buffer(stream, 5000000);
-        if (buffer != nullptr) {
-            arv_stream_push_buffer(stream, buffer);
-        }
-        exposure = arv_camera_get_float(other, "ExposureTime", nullptr);
-    }
-    EXPECT_LT(exposure, 8000.0);
-    arv_camera_stop_acquisition(other, nullptr);
-    g_object_unref(stream);
+    EXPECT_EQ(Range(offset).second, 800 - 160);
     lend(others, own);
     g_object_unref(other);
     // The reader beside it isn't lost.
