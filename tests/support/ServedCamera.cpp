@@ -1,8 +1,10 @@
 #include "ServedCamera.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <fcntl.h>
+#include <sstream>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -12,14 +14,22 @@ const mode_t LockMode = 0666;
 // The server needs a moment before it answers discovery.
 const std::chrono::seconds DiscoveryLimit(30);
 const int OpenAttempts = 3;
+
+// A serial no other test, and no other run beside this one, gives its
+// server: this process's id and a count.
+std::string UniqueSerial()
+{
+    static std::atomic<unsigned> count{0};
+    std::ostringstream serial;
+    serial << 'C' << std::uppercase << std::hex << getpid() << 'N' << count++;
+    return serial.str();
+}
 } // namespace
 
 ServedCamera::ServedCamera(const std::string& program, const Arguments& arguments)
-    : m_Lock(open(LockFile, O_RDWR | O_CREAT | O_CLOEXEC, LockMode)), m_Program(program)
+    : m_Lock(open(LockFile, O_RDWR | O_CREAT | O_CLOEXEC, LockMode)), m_Program(program),
+      m_Serial(UniqueSerial()), m_Arguments(arguments(m_Serial))
 {
-    const std::string serial = ServerProcess::UniqueSerial("C");
-    m_Arguments = arguments(serial);
-    m_Serial = serial;
     flock(m_Lock, LOCK_EX);
     if (!Start()) {
         m_Id.clear();

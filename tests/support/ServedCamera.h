@@ -39,8 +39,8 @@ public:
 private:
     int m_Lock;
     std::string m_Program;
-    std::vector<std::string> m_Arguments;
     std::string m_Serial;
+    std::vector<std::string> m_Arguments;
     std::string m_Id;
     std::unique_ptr<ServerProcess> m_Server;
 };

@@ -1,19 +1,13 @@
 #include "ServerProcess.h"
 
-#include <atomic>
-#include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <sstream>
 #include <sys/prctl.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace {
 
-constexpr auto kGraceTime = std::chrono::seconds(2);
-constexpr auto kPollInterval = std::chrono::milliseconds(10);
 constexpr int kExecFailed = 127;
 
 [[noreturn]] void ExecChild(pid_t parent, const std::string& program,
@@ -57,7 +51,7 @@ ServerProcess::ServerProcess(const std::string& program, const std::vector<std::
 
 ServerProcess::~ServerProcess()
 {
-    End(SIGTERM);
+    Kill();
 }
 
 bool ServerProcess::IsRunning()
@@ -75,31 +69,10 @@ bool ServerProcess::IsRunning()
 
 void ServerProcess::Kill()
 {
-    End(SIGKILL);
-}
-
-void ServerProcess::End(int signal)
-{
-    if (!IsRunning()) {
-        return;
-    }
-    kill(-m_Pid, signal);
-    const auto deadline = std::chrono::steady_clock::now() + kGraceTime;
-    while (IsRunning() && std::chrono::steady_clock::now() < deadline) {
-        std::this_thread::sleep_for(kPollInterval);
-    }
     if (IsRunning()) {
         kill(-m_Pid, SIGKILL);
         int status = 0;
         waitpid(m_Pid, &status, 0);
         m_Pid = -1;
     }
-}
-
-std::string ServerProcess::UniqueSerial(const std::string& prefix)
-{
-    static std::atomic<unsigned> count{0};
-    std::ostringstream serial;
-    serial << prefix << std::uppercase << std::hex << getpid() << 'N' << count++;
-    return serial.str();
 }

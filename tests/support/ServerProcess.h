@@ -21,13 +21,7 @@ public:
     // Ends the program at once, as a camera that is unplugged.
     void Kill();
 
-    // A name no other test, and no other run beside this one, gives its
-    // server: the prefix, this process's id and a count.
-    static std::string UniqueSerial(const std::string& prefix);
-
 private:
-    void End(int signal);
-
     pid_t m_Pid = -1;
 };
 

@@ -1,3 +1,5 @@
+#include "FrameCatcher.h"
+
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
 #include <gtest/gtest.h>
@@ -5,7 +7,6 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
-#include <mutex>
 #include <thread>
 
 using namespace KST::TrkAPI;
@@ -24,33 +25,6 @@ struct Rect
 
 const Rect BrightSpot = {2 * Tile + 16, 2 * Tile + 16, 160, 160};
 const Rect DarkSpot = {3 * Tile + 16, 2 * Tile + 16, 160, 160};
-
-// Keeps the last frame and counts them all.
-struct FrameCatcher
-{
-    FrameHandler Handler()
-    {
-        return [this](const FramePtr& frame) {
-            std::lock_guard<std::mutex> guard(lock);
-            last = frame;
-            ++count;
-        };
-    }
-    FramePtr Last()
-    {
-        std::lock_guard<std::mutex> guard(lock);
-        return last;
-    }
-    int Count()
-    {
-        std::lock_guard<std::mutex> guard(lock);
-        return count;
-    }
-
-    std::mutex lock;
-    FramePtr last;
-    int count = 0;
-};
 
 // Writes the region, from the image's corner on so that no old value
 // limits a new one.
@@ -120,22 +94,17 @@ TEST(CameraFramesTest, AHandlerChangeWaitsForTheCallInProgress)
     std::unique_ptr<Camera> camera = MakeCamera("dsp");
     camera->Find("Width")->SetValue(256LL);
     camera->Find("Height")->SetValue(192LL);
-    std::atomic<int> calls(0);
+    FrameCatcher catcher;
     std::atomic<bool> inside(false);
-    camera->SetFrameHandler([&](const FramePtr&) {
+    camera->SetFrameHandler([&](const FramePtr& frame) {
         inside = true;
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        ++calls;
+        catcher.Handler()(frame);
         inside = false;
     });
     camera->Find("AcquisitionStart")->RunCommand();
-    std::chrono::steady_clock::time_point limit =
-        std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (calls < 2 && std::chrono::steady_clock::now() < limit) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    ASSERT_GE(calls, 2);
-    while (!inside && std::chrono::steady_clock::now() < limit) {
+    ASSERT_TRUE(catcher.AwaitCount(2));
+    while (!inside) {
         std::this_thread::yield();
     }
     camera->SetFrameHandler(FrameHandler());
