@@ -5,30 +5,28 @@
 #include "rubberbandlabel.h"
 
 #include "SimFeatures.h"
-#include "StdFeatureText.h"
 
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 #include <TarkaCPP/Sim/CameraRules.h>
-#include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
 #include <QAbstractButton>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDoubleSpinBox>
 #include <QEventLoop>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <cfloat>
 #include <climits>
 #include <cstdio>
 #include <limits>
+#include <map>
 
-using KST::TrkAPI::Sim::Camera;
 using KST::TrkAPI::Sim::Misreport;
 using KST::TrkAPI::Sim::Op;
 
@@ -48,31 +46,18 @@ const std::vector<std::string> ImageNames = {"Width", "Height", "OffsetX", "Offs
 const std::vector<std::string> ExposureNames = {"ExposureAutoMin", "ExposureAutoMax",
                                                 "ExposureAutoTimebase", "ExposureTime",
                                                 "ExposureTimeAbs"};
+// The features that are no integers.
+const std::map<std::string, TrkFeatureDataType> OtherTypes = {
+    {"AutofunctionAOIEnable", TrkFeatureDataBool}, {"AutofunctionAOIShowArea", TrkFeatureDataBool},
+    {"ExposureAutoTimebase", TrkFeatureDataEnum},  {"ExposureTime", TrkFeatureDataFloat},
+    {"ExposureTimeAbs", TrkFeatureDataFloat},      {"ExposureAutoMin", TrkFeatureDataFloat}};
 const std::vector<std::string> TimebaseEntries = {"1us", "10us", "100us", "1000us"};
 
-const long long IntMin = std::numeric_limits<long long>::min();
-const long long IntMax = std::numeric_limits<long long>::max();
+const std::vector<long long> ExtremeInts = {LLONG_MIN, LLONG_MAX,       -1, INT_MIN,
+                                            INT_MAX,   (1LL << 53) + 1, 0};
 const double Inf = std::numeric_limits<double>::infinity();
-const double NaN = std::numeric_limits<double>::quiet_NaN();
-
-const std::vector<long long> ExtremeInts = {IntMin,  IntMax,          -1, INT_MIN,
-                                            INT_MAX, (1LL << 53) + 1, 0};
 const std::vector<double> ExtremeFloats = {
-    NaN, Inf, -Inf, 1e300, -1e300, std::numeric_limits<double>::max(), 1e-310, -1.0};
-
-TrkFeatureDataType NaturalType(const std::string& name)
-{
-    if (name == "AutofunctionAOIEnable" || name == "AutofunctionAOIShowArea") {
-        return TrkFeatureDataBool;
-    }
-    if (name == "ExposureAutoTimebase") {
-        return TrkFeatureDataEnum;
-    }
-    if (name == "ExposureTime" || name == "ExposureTimeAbs" || name == "ExposureAutoMin") {
-        return TrkFeatureDataFloat;
-    }
-    return TrkFeatureDataInt;
-}
+    std::numeric_limits<double>::quiet_NaN(), Inf, -Inf, 1e300, -1e300, DBL_MAX, 1e-310, -1.0};
 
 // Leaves the test process on the assertion on unreadable region ranges, so
 // that the parent can count it apart from crashes.
@@ -89,14 +74,11 @@ void ExitOnRangeAssertion(QtMsgType type, const QMessageLogContext&, const QStri
 
 } // namespace
 
-RandomSession::RandomSession(std::uint64_t seed)
-    : m_Random(std::make_shared<std::mt19937>(std::uint32_t(seed ^ (seed >> 32)))),
-      m_FailureRate(0.0), m_LieRate(0.0), m_Pause(0)
+RandomSession::RandomSession(std::uint64_t seed) : m_Random(std::uint32_t(seed ^ (seed >> 32)))
 {
-    const double failureRates[] = {0.0, 0.0, 0.05, 0.2};
-    const double lieRates[] = {0.0, 0.0, 0.05, 0.2};
-    m_FailureRate = failureRates[Pick(4)];
-    m_LieRate = lieRates[Pick(4)];
+    const double rates[] = {0.0, 0.0, 0.05, 0.2};
+    m_FailureRate = rates[Pick(4)];
+    m_LieRate = rates[Pick(4)];
 }
 
 RandomSession::~RandomSession()
@@ -106,12 +88,12 @@ RandomSession::~RandomSession()
 
 int RandomSession::Pick(int count)
 {
-    return std::uniform_int_distribution<int>(0, count - 1)(*m_Random);
+    return std::uniform_int_distribution<int>(0, count - 1)(m_Random);
 }
 
 bool RandomSession::Chance(double probability)
 {
-    return std::uniform_real_distribution<double>(0.0, 1.0)(*m_Random) < probability;
+    return std::uniform_real_distribution<double>(0.0, 1.0)(m_Random) < probability;
 }
 
 void RandomSession::Run()
@@ -128,10 +110,9 @@ void RandomSession::Run()
     QVBoxLayout* layout = new QVBoxLayout;
     layout->addWidget(m_Tab);
     m_Page->setLayout(layout);
-    // The session runs inside an event loop, as in a host: each action is an
-    // event of that loop, like a user's input, and a pause lets the loop run
-    // on its own. Qt then carries out a deleteLater of the host's where a host
-    // loop would, not in the middle of the tab's own work.
+    // Each action is an event of the host's loop, like a user's input, so
+    // that Qt carries out a deleteLater of the host's where a host loop
+    // would, not in the middle of the tab's own work.
     int actions = 10 + Pick(50);
     QEventLoop loop;
     QTimer step;
@@ -151,32 +132,18 @@ void RandomSession::Run()
 
 void RandomSession::BuildCamera()
 {
-    if (Chance(0.15)) {
-        const std::vector<std::string> names = KST::TrkAPI::Sim::CameraNames();
-        m_Camera = KST::TrkAPI::Sim::MakeCamera(names[Pick(int(names.size()))]);
-        for (const std::vector<std::string>& group : Families) {
-            for (const std::string& name : group) {
-                if (m_Camera->Has(name)) {
-                    m_Names.push_back(name);
-                }
-            }
-        }
-        AddFaults();
-        return;
-    }
-    m_Camera.reset(new Camera);
     const int families = Chance(0.8) ? 1 : Pick(4);
     for (int family = 0; family < families; ++family) {
         for (const std::string& name : Families[Pick(3)]) {
-            if (Chance(0.9) && !m_Camera->Has(name)) {
-                AddFeature(name, NaturalType(name));
+            if (Chance(0.9) && !m_Camera.Has(name)) {
+                AddFeature(name);
             }
         }
     }
     for (const std::vector<std::string>* group : {&ImageNames, &ExposureNames}) {
         for (const std::string& name : *group) {
             if (Chance(0.85)) {
-                AddFeature(name, NaturalType(name));
+                AddFeature(name);
             }
         }
     }
@@ -184,8 +151,11 @@ void RandomSession::BuildCamera()
     AddFaults();
 }
 
-void RandomSession::AddFeature(const std::string& name, TrkFeatureDataType type)
+// Adds name, now and then of another type than the tab expects.
+void RandomSession::AddFeature(const std::string& name)
 {
+    const auto other = OtherTypes.find(name);
+    TrkFeatureDataType type = other == OtherTypes.end() ? TrkFeatureDataInt : other->second;
     if (Chance(0.08)) {
         type = TrkFeatureDataType(1 + Pick(7));
     }
@@ -193,70 +163,52 @@ void RandomSession::AddFeature(const std::string& name, TrkFeatureDataType type)
     const long long extents[] = {0, 1, 8, 640, 1000, 2048, 4096};
     const long long intSteps[] = {1, 1, 1, 2, 4, 8, 0};
     const double floatSteps[] = {0.0, 0.001, 0.1, 1.0};
-    switch (type) {
-    case TrkFeatureDataInt: {
+    if (type == TrkFeatureDataInt) {
         const long long min = Pick(17);
         const long long max = min + extents[Pick(7)];
         const long long step = intSteps[Pick(7)];
-        const long long span = (max - min) / (step > 0 ? step : 1);
-        m_Camera->AddInteger(name, min + (step > 0 ? step : 1) * Pick(int(span) + 1), min, max,
-                             step);
-        break;
-    }
-    case TrkFeatureDataFloat: {
+        const long long grid = step > 0 ? step : 1;
+        m_Camera.AddInteger(name, min + grid * Pick(int((max - min) / grid) + 1), min, max, step);
+        m_Integers.insert(name);
+    } else if (type == TrkFeatureDataFloat) {
         const double min = Pick(11);
         const double max = min + double(extents[Pick(7)]) * 10.0;
-        m_Camera->AddFloat(name, min + (max - min) * Pick(5) / 4.0, min, max, floatSteps[Pick(4)]);
-        break;
-    }
-    case TrkFeatureDataBool:
-        m_Camera->AddBool(name, Chance(0.5));
-        break;
-    case TrkFeatureDataEnum:
-        m_Camera->AddEnum(name, TimebaseEntries, TimebaseEntries[Pick(4)]);
-        break;
-    case TrkFeatureDataString:
-        m_Camera->AddString(name, Chance(0.5) ? "" : "text");
-        break;
-    case TrkFeatureDataCommand:
-        m_Camera->AddCommand(name);
-        break;
-    default:
-        m_Camera->AddRaw(name);
-        break;
+        m_Camera.AddFloat(name, min + (max - min) * Pick(5) / 4.0, min, max, floatSteps[Pick(4)]);
+    } else if (type == TrkFeatureDataBool) {
+        m_Camera.AddBool(name, Chance(0.5));
+    } else if (type == TrkFeatureDataEnum) {
+        m_Camera.AddEnum(name, TimebaseEntries, TimebaseEntries[Pick(4)]);
+    } else if (type == TrkFeatureDataString) {
+        m_Camera.AddString(name, Chance(0.5) ? "" : "text");
+    } else if (type == TrkFeatureDataCommand) {
+        m_Camera.AddCommand(name);
+    } else {
+        m_Camera.AddRaw(name);
     }
     m_Names.push_back(name);
 }
 
-// The camera's own dependencies, where the features they tie are integers.
+// Half the cameras keep dependent limits, where the features they tie are
+// integers.
 void RandomSession::AddRules()
 {
     auto integers = [this](const std::vector<std::string>& names) {
-        for (const std::string& name : names) {
-            if (!m_Camera->Has(name)) {
-                return false;
-            }
-            try {
-                m_Camera->IntValue(name);
-            } catch (const std::invalid_argument&) {
-                return false;
-            }
-        }
-        return true;
+        return std::all_of(names.begin(), names.end(),
+                           [this](const std::string& name) { return m_Integers.count(name) > 0; });
     };
     if (!Chance(0.5)) {
         return;
     }
     if (integers({"AutofunctionAOIOffsetX", "AutofunctionAOIWidth", "Width"})) {
-        m_Camera->AddRule(KST::TrkAPI::Sim::KeepInside("AutofunctionAOIOffsetX",
-                                                       "AutofunctionAOIWidth", "", "Width"));
+        m_Camera.AddRule(KST::TrkAPI::Sim::KeepInside("AutofunctionAOIOffsetX",
+                                                      "AutofunctionAOIWidth", "", "Width"));
     }
     if (integers({"AutoModeRegionOffsetY", "AutoModeRegionHeight", "OffsetY", "Height"})) {
-        m_Camera->AddRule(KST::TrkAPI::Sim::KeepInside(
-            "AutoModeRegionOffsetY", "AutoModeRegionHeight", "OffsetY", "Height"));
+        m_Camera.AddRule(KST::TrkAPI::Sim::KeepInside("AutoModeRegionOffsetY",
+                                                      "AutoModeRegionHeight", "OffsetY", "Height"));
     }
     if (integers({"DSPSubregionLeft", "DSPSubregionRight", "Width"})) {
-        m_Camera->AddRule(
+        m_Camera.AddRule(
             KST::TrkAPI::Sim::KeepEdgesApart("DSPSubregionLeft", "DSPSubregionRight", "Width", 1));
     }
 }
@@ -269,7 +221,7 @@ void RandomSession::AddFaults()
     auto anyFloat = [this] { return ExtremeFloats[Pick(int(ExtremeFloats.size()))]; };
     for (const std::string& name : m_Names) {
         while (Chance(m_FailureRate)) {
-            m_Camera->SetFailure(name, Op(Pick(OpCount)));
+            m_Camera.SetFailure(name, Op(Pick(OpCount)));
         }
         if (!Chance(m_LieRate)) {
             continue;
@@ -290,14 +242,14 @@ void RandomSession::AddFaults()
         } else {
             lie.unsteady = true;
         }
-        m_Camera->SetMisreport(name, lie);
+        m_Camera.SetMisreport(name, lie);
     }
 }
 
 // The host's list, now and then with an empty pointer.
 QSharedPointer<FeatureVector> RandomSession::HostList()
 {
-    QSharedPointer<FeatureVector> features = MakeFeatureVector(*m_Camera);
+    QSharedPointer<FeatureVector> features = MakeFeatureVector(m_Camera);
     if (Chance(0.2)) {
         for (int gap = Pick(4); gap >= 0; --gap) {
             features->insert(Pick(features->size() + 1), FeaturePtr());
@@ -318,9 +270,11 @@ T* RandomSession::AnyUsable()
     return usable.isEmpty() ? nullptr : usable[Pick(usable.size())];
 }
 
+// One action of the host, the camera or the user; the user's are the most.
 void RandomSession::Act()
 {
-    const int action = Pick(11);
+    const int action = Pick(14);
+    QWidget* page = m_Page;
     if (action == 0) {
         QMetaObject::invokeMethod(m_Tab, "updateTimer");
     } else if (action == 1) {
@@ -333,23 +287,24 @@ void RandomSession::Act()
         QMetaObject::invokeMethod(m_Tab, "camIsStreaming", Q_ARG(bool, Chance(0.5)));
     } else if (action == 5) {
         CameraChange();
-    } else if (action == 6) {
-        // The host drops the page between two events, or asks for it to go
-        // from an event that the tab may deliver from inside its own work.
-        if (Chance(0.1)) {
-            QWidget* page = m_Page;
-            if (Chance(0.5)) {
-                delete page;
-            } else {
-                QTimer::singleShot(0, page, [page] { page->deleteLater(); });
-            }
-        }
+    } else if (action == 6 && Chance(0.05)) {
+        delete page;
+    } else if (action == 7 && Chance(0.05)) {
+        // Asked for from an event that the tab may deliver inside its own work.
+        QTimer::singleShot(0, page, [page] { page->deleteLater(); });
+    } else if (action == 8 && Chance(0.2)) {
+        LoseCamera();
+    } else if (action == 9) {
+        EditSpinBox();
     } else if (action == 10) {
-        if (Chance(0.2)) {
-            LoseCamera();
+        Click();
+    } else if (action == 11) {
+        QComboBox* combo = AnyUsable<QComboBox>();
+        if (combo && combo->count() > 0) {
+            combo->setCurrentIndex(Pick(combo->count()));
         }
-    } else {
-        UserAction();
+    } else if (action > 11) {
+        Drag();
     }
 }
 
@@ -358,44 +313,33 @@ void RandomSession::Act()
 // and the host deletes the page a moment later.
 void RandomSession::LoseCamera()
 {
-    for (const FeaturePtr& feature : m_Camera->Features()) {
-        const std::string name = FeatureText(feature);
-        m_Camera->SetFailure(name, Op::SetValue, KST::TrkAPI::GenICam::ErrorDeviceLost);
-        m_Camera->SetFailure(name, Op::RunCommand, KST::TrkAPI::GenICam::ErrorDeviceLost);
+    for (const std::string& name : m_Names) {
+        m_Camera.SetFailure(name, Op::SetValue, KST::TrkAPI::GenICam::ErrorDeviceLost);
+        m_Camera.SetFailure(name, Op::RunCommand, KST::TrkAPI::GenICam::ErrorDeviceLost);
     }
     m_Lost = true;
     QWidget* page = m_Page;
     QTimer::singleShot(Pick(LossReportMs), page, [page] { page->deleteLater(); });
 }
 
-void RandomSession::UserAction()
+void RandomSession::Click()
 {
-    const int action = Pick(5);
-    if (action == 1) {
-        if (QDoubleSpinBox* spin = AnyUsable<QDoubleSpinBox>()) {
-            const double values[] = {spin->minimum(),
-                                     spin->maximum(),
-                                     spin->value() + 1,
-                                     spin->minimum() + (spin->maximum() - spin->minimum()) / 3,
-                                     double(Pick(5000)),
-                                     -1e300,
-                                     1e300};
-            spin->setValue(values[Pick(7)]);
-            if (Chance(0.5)) {
-                QMetaObject::invokeMethod(spin, "editingFinished");
-            }
-        }
-    } else if (action == 2) {
-        if (QAbstractButton* button = AnyUsable<QAbstractButton>()) {
-            button->click();
-        }
-    } else if (action == 3) {
-        QComboBox* combo = AnyUsable<QComboBox>();
-        if (combo && combo->count() > 0) {
-            combo->setCurrentIndex(Pick(combo->count()));
-        }
-    } else {
-        Drag();
+    if (QAbstractButton* button = m_Page ? AnyUsable<QAbstractButton>() : nullptr) {
+        button->click();
+    }
+}
+
+void RandomSession::EditSpinBox()
+{
+    QDoubleSpinBox* spin = AnyUsable<QDoubleSpinBox>();
+    if (!spin) {
+        return;
+    }
+    const double values[] = {spin->minimum(),    spin->maximum(), spin->value() + 1,
+                             double(Pick(5000)), -1e300,          1e300};
+    spin->setValue(values[Pick(6)]);
+    if (Chance(0.5)) {
+        QMetaObject::invokeMethod(spin, "editingFinished");
     }
 }
 
@@ -404,34 +348,23 @@ void RandomSession::UserAction()
 void RandomSession::Drag()
 {
     QPointer<RubberBandLabel> preview = AnyUsable<RubberBandLabel>();
-    if (!preview) {
-        return;
+    std::vector<QEvent::Type> events = {QEvent::MouseMove};
+    if (Chance(0.7)) {
+        events.push_back(QEvent::MouseButtonPress);
+        events.insert(events.end(), Pick(5), QEvent::MouseMove);
+        events.push_back(QEvent::MouseButtonRelease);
     }
-    auto at = [this, &preview] {
-        if (!preview) {
-            return QPoint();
-        }
-        return QPoint(Pick(preview->width() + 20) - 10, Pick(preview->height() + 20) - 10);
-    };
-    auto send = [&preview](QEvent::Type type, const QPoint& position) {
+    for (QEvent::Type type : events) {
         if (!preview) {
             return;
         }
+        const QPoint at(Pick(preview->width() + 20) - 10, Pick(preview->height() + 20) - 10);
         const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
         const Qt::MouseButtons held =
             type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, position, button, held, Qt::NoModifier);
+        QMouseEvent event(type, at, button, held, Qt::NoModifier);
         QCoreApplication::sendEvent(preview, &event);
-    };
-    send(QEvent::MouseMove, at());
-    if (Chance(0.3)) {
-        return;
     }
-    send(QEvent::MouseButtonPress, at());
-    for (int move = Pick(5); move > 0; --move) {
-        send(QEvent::MouseMove, at());
-    }
-    send(QEvent::MouseButtonRelease, at());
 }
 
 // The camera changes a value by itself; the notification comes from the
@@ -444,11 +377,11 @@ void RandomSession::CameraChange()
     const std::string& name = m_Names[Pick(int(m_Names.size()))];
     try {
         if (Chance(m_FailureRate)) {
-            m_Camera->ClearFailures();
+            m_Camera.ClearFailures();
         } else if (Chance(0.2)) {
-            m_Camera->SetWritable(name, Chance(0.7));
+            m_Camera.SetWritable(name, Chance(0.7));
         } else {
-            m_Camera->SetFromCamera(name, Pick(3000));
+            m_Camera.SetFromCamera(name, Pick(3000));
         }
     } catch (const std::invalid_argument&) {
         // Not a number on this camera.

@@ -10,8 +10,8 @@
 #include <QWidget>
 
 #include <cstdint>
-#include <memory>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -38,12 +38,13 @@ public:
 
 private:
     void BuildCamera();
-    void AddFeature(const std::string& name, TrkFeatureDataType type);
+    void AddFeature(const std::string& name);
+    void AddRules();
     void AddFaults();
     QSharedPointer<FeatureVector> HostList();
-    void AddRules();
     void Act();
-    void UserAction();
+    void Click();
+    void EditSpinBox();
     void Drag();
     void CameraChange();
     void LoseCamera();
@@ -53,13 +54,14 @@ private:
     template <typename T>
     T* AnyUsable();
 
-    std::shared_ptr<std::mt19937> m_Random;
-    double m_FailureRate;
-    double m_LieRate;
+    std::mt19937 m_Random;
+    double m_FailureRate = 0.0;
+    double m_LieRate = 0.0;
     // How long the host's loop runs by itself before the next action.
-    int m_Pause;
-    std::unique_ptr<KST::TrkAPI::Sim::Camera> m_Camera;
+    int m_Pause = 0;
+    KST::TrkAPI::Sim::Camera m_Camera;
     std::vector<std::string> m_Names;
+    std::set<std::string> m_Integers;
     bool m_Lost = false;
     QPointer<QWidget> m_Page;
     QPointer<AutoROIWidget> m_Tab;

@@ -1,9 +1,9 @@
 // Runs randomized editor sessions, each in a child process of its own, and
 // counts how they end: normally, on the assertion on unreadable region
 // ranges, with a sanitizer report or another error status, killed by a
-// signal, or hung. Every session that ends in one of the last three is
-// printed with its seed and its output; --replay runs one seed in this
-// process, under a debugger if need be.
+// signal, or hung past the timeout. Every session that ends in one of the
+// last three is printed with its seed and its output; --replay runs one seed
+// in this process, under a debugger if need be.
 //
 //   session_harness [--sessions N] [--first-seed S] [--jobs J] [--timeout SECONDS]
 //   session_harness --replay SEED
@@ -13,12 +13,12 @@
 #include <QApplication>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iostream>
 #include <map>
 #include <string>
-#include <thread>
 
 #include <fcntl.h>
 #include <signal.h>
@@ -40,12 +40,14 @@ enum Outcome
 const char* const OutcomeNames[OutcomeCount] = {
     "normal", "range assertion", "sanitizer report or error status", "crash (signal)", "hang"};
 
-struct Child
+// Taken before main, so that the sessions name their logs after the harness.
+const pid_t HarnessPid = getpid();
+
+std::string LogFile(std::uint64_t seed)
 {
-    std::uint64_t seed;
-    std::chrono::steady_clock::time_point start;
-    std::string log;
-};
+    return "/tmp/session_harness." + std::to_string(HarnessPid) + "." + std::to_string(seed) +
+           ".log";
+}
 
 int RunSession(std::uint64_t seed)
 {
@@ -57,15 +59,17 @@ int RunSession(std::uint64_t seed)
     return 0;
 }
 
-pid_t StartSession(std::uint64_t seed, const std::string& log)
+// A session that outlives its time is ended by the alarm, counted as a hang.
+pid_t StartSession(std::uint64_t seed, unsigned timeoutSeconds)
 {
     fflush(nullptr);
     const pid_t pid = fork();
     if (pid == 0) {
-        const int output = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        const int output = open(LogFile(seed).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         dup2(output, STDOUT_FILENO);
         dup2(output, STDERR_FILENO);
         close(output);
+        alarm(timeoutSeconds);
         exit(RunSession(seed));
     }
     return pid;
@@ -74,7 +78,7 @@ pid_t StartSession(std::uint64_t seed, const std::string& log)
 Outcome Classify(int status)
 {
     if (WIFSIGNALED(status)) {
-        return Signal;
+        return WTERMSIG(status) == SIGALRM ? Hang : Signal;
     }
     if (WEXITSTATUS(status) == 0) {
         return Normal;
@@ -91,19 +95,12 @@ void PrintCounts(long long sessions, const long long* counts)
     fflush(stdout);
 }
 
-// Prints a session that failed with the start of its output.
-void Report(const Child& child, Outcome outcome)
+// Prints a session that failed with its output.
+void Report(std::uint64_t seed, Outcome outcome)
 {
-    printf("seed %llu: %s; replay with --replay %llu\n", (unsigned long long)child.seed,
-           OutcomeNames[outcome], (unsigned long long)child.seed);
-    if (FILE* log = fopen(child.log.c_str(), "r")) {
-        char line[512];
-        for (int count = 0; count < 60 && fgets(line, sizeof line, log); ++count) {
-            printf("    %s", line);
-        }
-        fclose(log);
-    }
-    fflush(stdout);
+    printf("seed %llu: %s; replay with --replay %llu\n", (unsigned long long)seed,
+           OutcomeNames[outcome], (unsigned long long)seed);
+    std::cout << std::ifstream(LogFile(seed)).rdbuf() << std::flush;
 }
 
 } // namespace
@@ -132,45 +129,31 @@ int main(int argc, char** argv)
     const long long sessions = options["--sessions"];
     const std::uint64_t firstSeed = options["--first-seed"];
     const size_t jobs = std::max(1ULL, options["--jobs"]);
-    const auto timeout = std::chrono::seconds(options["--timeout"]);
 
     long long counts[OutcomeCount] = {};
-    std::map<pid_t, Child> running;
+    std::map<pid_t, std::uint64_t> running;
     long long started = 0;
     long long finished = 0;
-    auto finish = [&](pid_t pid, Outcome outcome) {
+    while (started < sessions || !running.empty()) {
+        while (started < sessions && running.size() < jobs) {
+            const std::uint64_t seed = firstSeed + std::uint64_t(started++);
+            running[StartSession(seed, unsigned(options["--timeout"]))] = seed;
+        }
+        int status = 0;
+        const auto done = running.find(wait(&status));
+        if (done == running.end()) {
+            continue;
+        }
+        const Outcome outcome = Classify(status);
         ++counts[outcome];
         if (++finished % 500 == 0) {
             PrintCounts(finished, counts);
         }
         if (outcome != Normal && outcome != RangeAssertion) {
-            Report(running[pid], outcome);
+            Report(done->second, outcome);
         }
-        unlink(running[pid].log.c_str());
-        running.erase(pid);
-    };
-    while (started < sessions || !running.empty()) {
-        while (started < sessions && running.size() < jobs) {
-            const std::uint64_t seed = firstSeed + std::uint64_t(started++);
-            const std::string log = "/tmp/session_harness." + std::to_string(getpid()) + "." +
-                                    std::to_string(seed) + ".log";
-            running[StartSession(seed, log)] = {seed, std::chrono::steady_clock::now(), log};
-        }
-        int status = 0;
-        const pid_t done = waitpid(-1, &status, WNOHANG);
-        if (done > 0 && running.count(done)) {
-            finish(done, Classify(status));
-            continue;
-        }
-        for (const auto& entry : running) {
-            if (std::chrono::steady_clock::now() - entry.second.start > timeout) {
-                kill(entry.first, SIGKILL);
-                waitpid(entry.first, &status, 0);
-                finish(entry.first, Hang);
-                break;
-            }
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        unlink(LogFile(done->second).c_str());
+        running.erase(done);
     }
 
     printf("From seed %llu, ", (unsigned long long)firstSeed);

@@ -44,7 +44,7 @@ protected:
 
 } // namespace
 
-TEST_F(FeatureTableModelTest, ShowsEachKindOfFeature)
+TEST_F(FeatureTableModelTest, ShowsEachKindOfFeatureAndLeavesFailedReadsEmpty)
 {
     model.SetFeatures(MakeFeatureVector(camera));
 
@@ -58,6 +58,19 @@ TEST_F(FeatureTableModelTest, ShowsEachKindOfFeature)
     // A step of 1 is no news, and a read-only feature says so.
     EXPECT_EQ(Row(model, 5), QStringList({"OffsetX", "0", "0 .. 100", "no"}));
     EXPECT_EQ(model.headerData(FeatureTableModel::RangeColumn, Qt::Horizontal).toString(), "Range");
+
+    // Failed reads leave their cells empty, and no camera leaves no rows.
+    camera.SetFailure("Width", KST::TrkAPI::Sim::Op::GetValue);
+    camera.SetFailure("ExposureAutoMax", KST::TrkAPI::Sim::Op::GetRange);
+    camera.SetFailure("ExposureAutoTimebase", KST::TrkAPI::Sim::Op::GetDataType);
+    model.SetFeatures(MakeFeatureVector(camera));
+    EXPECT_EQ(Row(model, 0), QStringList({"Width", "", "16 .. 1280, step 16", "yes"}));
+    EXPECT_EQ(Cell(model, 1, FeatureTableModel::RangeColumn), "");
+    EXPECT_EQ(Row(model, 3), QStringList({"ExposureAutoTimebase", "", "", "yes"}));
+    model.SetFeatures(QSharedPointer<FeatureVector>());
+    EXPECT_EQ(model.rowCount(), 0);
+    model.Refresh();
+    EXPECT_EQ(model.rowCount(), 0);
 }
 
 TEST_F(FeatureTableModelTest, RefreshReportsOnlyTheRowsThatChanged)
@@ -91,21 +104,4 @@ TEST_F(FeatureTableModelTest, RefreshReportsOnlyTheRowsThatChanged)
     EXPECT_EQ(changed.count(), 3);
     EXPECT_EQ(Cell(model, 5, FeatureTableModel::WritableColumn), "yes");
     EXPECT_EQ(resets, 0);
-}
-
-TEST_F(FeatureTableModelTest, FailedReadsLeaveCellsEmptyAndNoCameraLeavesNoRows)
-{
-    camera.SetFailure("Width", KST::TrkAPI::Sim::Op::GetValue);
-    camera.SetFailure("ExposureAutoMax", KST::TrkAPI::Sim::Op::GetRange);
-    camera.SetFailure("ExposureAutoTimebase", KST::TrkAPI::Sim::Op::GetDataType);
-    model.SetFeatures(MakeFeatureVector(camera));
-
-    EXPECT_EQ(Row(model, 0), QStringList({"Width", "", "16 .. 1280, step 16", "yes"}));
-    EXPECT_EQ(Cell(model, 1, FeatureTableModel::RangeColumn), "");
-    EXPECT_EQ(Row(model, 3), QStringList({"ExposureAutoTimebase", "", "", "yes"}));
-
-    model.SetFeatures(QSharedPointer<FeatureVector>());
-    EXPECT_EQ(model.rowCount(), 0);
-    model.Refresh();
-    EXPECT_EQ(model.rowCount(), 0);
 }
