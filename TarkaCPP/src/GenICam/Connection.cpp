@@ -2,6 +2,7 @@
 
 #include "GLibLog.h"
 #include "NodeAccess.h"
+#include "Teardown.h"
 
 #include <algorithm>
 #include <sstream>
@@ -11,6 +12,9 @@ namespace TrkAPI {
 namespace GenICam {
 
 namespace {
+
+// Far longer than the rest of a signal's emission after its handlers.
+const std::chrono::milliseconds EmissionEnd(200);
 
 const char RootCategory[] = "Root";
 // The first bootstrap register, which every GigE Vision and USB3 Vision
@@ -319,8 +323,17 @@ TrkErrorType Connection::CodeOf(const GError* error, bool read)
     return error->code == ARV_DEVICE_ERROR_TIMEOUT ? ErrorNoAnswer : ErrorDevice;
 }
 
-void Connection::OnControlLost(ArvDevice*, gpointer connection)
+void Connection::OnControlLost(ArvDevice* device, gpointer connection)
 {
+    // The signal comes on the device's heartbeat thread, and its emission
+    // holds a reference: were that the last one, the device's finalization
+    // would wait for the very thread it runs on. This reference outlasts the
+    // emission and is released on the teardown thread.
+    g_object_ref(device);
+    Teardown::Run([device] {
+        std::this_thread::sleep_for(EmissionEnd);
+        g_object_unref(device);
+    });
     static_cast<Connection*>(connection)->MarkLost();
 }
 
