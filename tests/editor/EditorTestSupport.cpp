@@ -2,10 +2,6 @@
 
 #include "SimFeatures.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QMouseEvent>
-#include <QThread>
 #include <QVBoxLayout>
 
 using KST::TrkAPI::Sim::Camera;
@@ -47,16 +43,9 @@ std::unique_ptr<Camera> MakeTestCamera(Family family)
 
 namespace {
 
-// Runs events until done() holds or the time is up.
-void WaitFor(const std::function<bool()>& done, int milliseconds = 3000)
-{
-    QElapsedTimer clock;
-    clock.start();
-    while (!done() && clock.elapsed() <= milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-        QThread::msleep(5);
-    }
-}
+const int PreviewLimitMs = 3000;
+// Past the placement that follows the preview's first resize.
+const int SettleMs = 300;
 
 } // namespace
 
@@ -87,17 +76,8 @@ void EditorTab::Tick()
 
 void EditorTab::WaitForPreview()
 {
-    WaitFor([this] { return Band().width() > 20; });
-    WaitFor([] { return false; }, 300);
-}
-
-void EditorTab::Mouse(QEvent::Type type, const QPoint& position)
-{
-    const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    const Qt::MouseButtons held =
-        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent event(type, position, button, held, Qt::NoModifier);
-    QCoreApplication::sendEvent(Preview(), &event);
+    RunUntil([this] { return Band().width() > 20; }, PreviewLimitMs);
+    RunFor(SettleMs);
 }
 
 std::vector<long long> EditorTab::Ints(const std::vector<std::string>& names) const

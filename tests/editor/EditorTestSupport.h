@@ -6,6 +6,7 @@
 // the form, the tab's tick run on demand and mouse input on the preview.
 
 #include "AutoROIWidget.h"
+#include "UserInput.h"
 #include "rubberbandlabel.h"
 
 #include <TarkaCPP/Sim/SimCamera.h>
@@ -58,7 +59,7 @@ struct EditorTab
     // after its first resize has passed, so that a drag starts on the band.
     void WaitForPreview();
     // A left button press, move or release on the preview.
-    void Mouse(QEvent::Type type, const QPoint& position);
+    void Mouse(QEvent::Type type, const QPoint& position) { SendMouse(Preview(), type, position); }
     // The camera's whole values of the named features, read through them.
     std::vector<long long> Ints(const std::vector<std::string>& names) const;
 

@@ -5,16 +5,15 @@
 #include "rubberbandlabel.h"
 
 #include "SimFeatures.h"
+#include "UserInput.h"
 
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 #include <TarkaCPP/Sim/CameraRules.h>
 
 #include <QAbstractButton>
 #include <QComboBox>
-#include <QCoreApplication>
 #include <QDoubleSpinBox>
 #include <QEventLoop>
-#include <QMouseEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -358,12 +357,8 @@ void RandomSession::Drag()
         if (!preview) {
             return;
         }
-        const QPoint at(Pick(preview->width() + 20) - 10, Pick(preview->height() + 20) - 10);
-        const Qt::MouseButton button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        const Qt::MouseButtons held =
-            type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, at, button, held, Qt::NoModifier);
-        QCoreApplication::sendEvent(preview, &event);
+        SendMouse(preview, type,
+                  QPoint(Pick(preview->width() + 20) - 10, Pick(preview->height() + 20) - 10));
     }
 }
 

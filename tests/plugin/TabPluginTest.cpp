@@ -1,14 +1,12 @@
 #include "SimFeatures.h"
 #include "TabExtensionInterface.h"
 #include "TabImageInterface.h"
+#include "UserInput.h"
 
 #include <TarkaCPP/Sim/ReadyMadeCameras.h>
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPluginLoader>
 #include <QPushButton>
 #include <QRubberBand>
@@ -56,15 +54,6 @@ struct Page
     qint32 m_Result;
 };
 
-void ProcessEventsFor(int milliseconds)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-}
-
 // The preview picture's pixels, the band left out, that the camera's dashed
 // outline made black or white, for a scene exposed to lie well between.
 QRect Outline(QLabel* preview, QWidget* band)
@@ -82,12 +71,6 @@ QRect Outline(QLabel* preview, QWidget* band)
         }
     }
     return box;
-}
-
-void SendMouse(QWidget* widget, QEvent::Type type, QPoint at)
-{
-    QMouseEvent event(type, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
 }
 
 } // namespace
@@ -165,7 +148,7 @@ TEST(TabPlugin, TheBandLiesOnTheRegionTheCameraDrawsInItsImage)
         });
         page.m_Widget.resize(600, 900);
         page.m_Widget.show();
-        ProcessEventsFor(300);
+        RunFor(300);
         QRubberBand* band = page.m_Widget.findChild<QRubberBand*>();
         ASSERT_NE(band, nullptr);
         QLabel* preview = qobject_cast<QLabel*>(band->parentWidget());
@@ -193,7 +176,7 @@ TEST(TabPlugin, TheBandLiesOnTheRegionTheCameraDrawsInItsImage)
         SendMouse(preview, QEvent::MouseButtonPress, from);
         SendMouse(preview, QEvent::MouseMove, from + QPoint(30, 20));
         SendMouse(preview, QEvent::MouseButtonRelease, from + QPoint(30, 20));
-        ProcessEventsFor(1300);
+        RunFor(1300);
         EXPECT_GE(band->geometry().center().x(), from.x() + 26);
         expectAgreement();
     }

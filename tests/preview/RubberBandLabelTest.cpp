@@ -1,8 +1,6 @@
 #include "rubberbandlabel.h"
+#include "UserInput.h"
 
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QMouseEvent>
 #include <QPointer>
 #include <QRubberBand>
 #include <QStringList>
@@ -17,13 +15,6 @@ namespace {
 QRect Corners(int x1, int y1, int x2, int y2)
 {
     return QRect(QPoint(x1, y1), QPoint(x2, y2));
-}
-
-void Wait(int milliseconds)
-{
-    QEventLoop loop;
-    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-    loop.exec();
 }
 
 // A shown label, given a region before its first show unless the region is
@@ -52,12 +43,7 @@ struct Preview
         QCoreApplication::processEvents();
     }
 
-    void Mouse(QEvent::Type type, int x, int y)
-    {
-        const Qt::MouseButtons held = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, QPointF(x, y), Qt::LeftButton, held, Qt::NoModifier);
-        QCoreApplication::sendEvent(&label, &event);
-    }
+    void Mouse(QEvent::Type type, int x, int y) { SendMouse(&label, type, QPoint(x, y)); }
 
     Qt::CursorShape CursorAt(int x, int y)
     {
@@ -116,13 +102,13 @@ TEST(RubberBandLabel, EstimatesOnResizeAndPlacesExactlyLater)
     // Events alone, well within the settle time, leave the estimate.
     QCoreApplication::processEvents();
     EXPECT_EQ(QRect(33, 33, 110, 66), preview.Band());
-    Wait(250);
+    RunFor(250);
     EXPECT_EQ(QRect(33, 33, 109, 66), preview.Band());
 
     // A large step takes the height for the picture's, cut at its bottom.
     preview.label.resize(440, 440);
     EXPECT_EQ(QRect(44, 44, 145, 187), preview.Band());
-    Wait(250);
+    RunFor(250);
     EXPECT_EQ(QRect(44, 44, 146, 88), preview.Band());
 
     // With no region given the band covers the picture, and keeps filling it.
@@ -130,7 +116,7 @@ TEST(RubberBandLabel, EstimatesOnResizeAndPlacesExactlyLater)
     EXPECT_EQ(Corners(0, 0, 299, 148), whole.Band());
     whole.label.resize(330, 330);
     EXPECT_EQ(QRect(0, 0, 330, 165), whole.Band());
-    Wait(250);
+    RunFor(250);
     EXPECT_EQ(QRect(0, 0, 330, 165), whole.Band());
 }
 
@@ -276,7 +262,7 @@ TEST(RubberBandLabel, ExtremeAndEmptyGeometryStaysDefined)
     // nothing, and the numbers come out as 0.
     Preview empty(0, 0, 300, 300, QRect());
     empty.label.resize(200, 200);
-    Wait(250);
+    RunFor(250);
     const QRect estimated = empty.Band();
     empty.label.SetBandGeometry(1, 1, 1, 1);
     EXPECT_EQ(estimated, empty.Band());

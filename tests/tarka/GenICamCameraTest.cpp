@@ -122,19 +122,6 @@ TEST(GenICamCamera, ServesTheDescribedFeaturesAndRefusesWhatACameraRefuses)
 {
     std::unique_ptr<Camera> camera = OpenFamily("autofunction");
     ASSERT_TRUE(camera);
-    const std::vector<std::pair<const char*, TrkFeatureDataType>> types = {
-        {"ExposureTime", TrkFeatureDataFloat},
-        {"DeviceModelName", TrkFeatureDataString},
-        {"AutofunctionAOIEnable", TrkFeatureDataBool},
-        {"AcquisitionStart", TrkFeatureDataCommand},
-    };
-    for (const auto& expected : types) {
-        FeaturePtr feature = camera->Find(expected.first);
-        ASSERT_TRUE(feature) << expected.first;
-        TrkFeatureDataType type = TrkFeatureDataUnknown;
-        EXPECT_EQ(feature->GetDataType(type), 0);
-        EXPECT_EQ(type, expected.second) << expected.first;
-    }
     FeaturePtr minimum = camera->Find("ExposureAutoMin");
     EXPECT_EQ(FeatureText(minimum, &Feature::GetName), "ExposureAutoMin");
     EXPECT_EQ(FeatureText(minimum, &Feature::GetDisplayName), "Exposure Auto Min");

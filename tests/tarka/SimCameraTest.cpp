@@ -9,7 +9,6 @@
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <stdexcept>
 #include <thread>
 
 using namespace KST::TrkAPI;
@@ -42,8 +41,7 @@ struct Observed
     IFeatureObserverPtr ptr{raw};
 };
 
-// A small camera with numbers, a flag, a list and a command, and a region
-// tied to the image width.
+// A small camera with numbers, and a region tied to the image width.
 class SimCameraTest : public ::testing::Test
 {
 protected:
@@ -53,9 +51,6 @@ protected:
         m_Camera->AddInteger("RegionOffsetX", 0, 0, 0, 4);
         m_Camera->AddInteger("RegionWidth", 320, 32, 640, 4);
         m_Camera->AddFloat("Gamma", 1.0, 0.5, 2.0);
-        m_Camera->AddBool("Enable", true);
-        m_Camera->AddEnum("Mode", {"Off", "Once", "Continuous"}, "Off");
-        m_Camera->AddCommand("Start");
         m_Camera->AddRule(KeepInside("RegionOffsetX", "RegionWidth", "", "Width"));
     }
 
@@ -141,55 +136,6 @@ TEST_F(SimCameraTest, UnregisterWaitsForTheCallInProgressUnlessFromInsideIt)
     m_Camera->WaitForNotifications();
     EXPECT_EQ(1u, selfRemoving.raw->m_Names.size());
     EXPECT_EQ(0, m_Camera->ObserverCount("Gamma"));
-}
-
-TEST_F(SimCameraTest, EachOperationCountsAndFailsUnderItsOwnName)
-{
-    unsigned int length = 0;
-    long long integer = 0;
-    bool flag = false;
-    TrkFeatureDataType type = TrkFeatureDataUnknown;
-    Observed observer;
-    ASSERT_EQ(0, F("Enable")->RegisterObserver(observer.ptr));
-    // Counting starts with the first reset, so no test reads counts it never took.
-    EXPECT_THROW(m_Camera->Calls("Width", Op::GetName), std::logic_error);
-    const struct
-    {
-        const char* name;
-        Op op;
-        std::function<TrkErrorType(Feature&)> call;
-    } operations[] = {
-        {"Width", Op::GetName, [&](Feature& f) { return f.GetName(nullptr, length); }},
-        {"Width", Op::GetDisplayName,
-         [&](Feature& f) { return f.GetDisplayName(nullptr, length); }},
-        {"Width", Op::GetCategory, [&](Feature& f) { return f.GetCategory(nullptr, length); }},
-        {"Width", Op::GetDataType, [&](Feature& f) { return f.GetDataType(type); }},
-        {"Width", Op::IsWritable, [&](Feature& f) { return f.IsWritable(flag); }},
-        {"Width", Op::GetValue, [&](Feature& f) { return f.GetValue(integer); }},
-        {"Mode", Op::GetValues, [&](Feature& f) { return f.GetValues(nullptr, length); }},
-        {"Mode", Op::IsValueAvailable,
-         [&](Feature& f) { return f.IsValueAvailable("Once", flag); }},
-        {"Width", Op::GetRange, [&](Feature& f) { return f.GetRange(integer, integer); }},
-        {"Width", Op::GetIncrement, [&](Feature& f) { return f.GetIncrement(integer); }},
-        {"Width", Op::SetValue, [&](Feature& f) { return f.SetValue(648LL); }},
-        {"Start", Op::RunCommand, [&](Feature& f) { return f.RunCommand(); }},
-        {"Gamma", Op::RegisterObserver,
-         [&](Feature& f) { return f.RegisterObserver(observer.ptr); }},
-        {"Enable", Op::UnregisterObserver,
-         [&](Feature& f) { return f.UnregisterObserver(observer.ptr); }},
-    };
-    for (const auto& operation : operations) {
-        SCOPED_TRACE(operation.name + std::string(" ") + std::to_string(int(operation.op)));
-        m_Camera->ResetCalls();
-        m_Camera->SetFailure(operation.name, operation.op, -7);
-        EXPECT_EQ(-7, operation.call(*F(operation.name)));
-        m_Camera->ClearFailure(operation.name, operation.op);
-        EXPECT_EQ(0, operation.call(*F(operation.name)));
-        EXPECT_EQ(2, m_Camera->Calls(operation.name, operation.op));
-        EXPECT_EQ(2, m_Camera->TotalCalls(operation.op));
-    }
-    EXPECT_EQ(1, m_Camera->ObserverCount("Gamma"));
-    EXPECT_EQ(0, m_Camera->ObserverCount("Enable"));
 }
 
 } // namespace

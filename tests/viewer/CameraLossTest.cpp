@@ -7,7 +7,6 @@
 #include "TabPluginLoader.h"
 
 #include <QLabel>
-#include <QMouseEvent>
 #include <QStatusBar>
 #include <QTabWidget>
 
@@ -20,12 +19,6 @@ namespace {
 const int LossReportLimitMs = 1000;
 const int FrameWaitMs = 3000;
 const int OpenAttempts = 3;
-
-void Mouse(QWidget* widget, QEvent::Type type, const QPoint& at)
-{
-    QMouseEvent event(type, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-}
 
 } // namespace
 
@@ -59,7 +52,7 @@ TEST(CameraLoss, AnUnpluggedCameraIsReportedAtOnceWithoutBlockingAndOpensAgainWh
         ASSERT_NE(preview, nullptr);
         QPoint at = preview->rect().center();
         if (dragging) {
-            Mouse(preview, QEvent::MouseButtonPress, at);
+            SendMouse(preview, QEvent::MouseButtonPress, at);
         }
 
         QElapsedTimer sinceKill;
@@ -68,7 +61,7 @@ TEST(CameraLoss, AnUnpluggedCameraIsReportedAtOnceWithoutBlockingAndOpensAgainWh
         const bool reported = RunUntil([&] {
             if (dragging && pages->count() > 0) {
                 at += QPoint(1, 1);
-                Mouse(preview, QEvent::MouseMove, at);
+                SendMouse(preview, QEvent::MouseMove, at);
             }
             return window.statusBar()->currentMessage().contains("was lost");
         });

@@ -1,22 +1,8 @@
 #ifndef OPENANDWAIT_H
 #define OPENANDWAIT_H
 
+#include "UserInput.h"
 #include "ViewerWindow.h"
-
-#include <QCoreApplication>
-#include <QElapsedTimer>
-
-// Runs the event loop until done() or the time limit; returns done().
-template <class Done>
-bool RunUntil(Done done, int limitMs = 30000)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!done() && timer.elapsed() < limitMs) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    }
-    return done();
-}
 
 // Runs the event loop until the window tells of the camera's opening, which
 // happens on a thread of its own; false if it didn't open in time.
