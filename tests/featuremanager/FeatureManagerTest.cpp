@@ -154,18 +154,6 @@ TEST(FeatureManager, RangesAlignTheMaximumAndDefaultAMissingStep)
     EXPECT_EQ(5.0, AlignDownToStep(5, 5, 2));
 }
 
-TEST(FeatureManager, FloatingRangeAssertsItsOutputs)
-{
-    ::testing::GTEST_FLAG(death_test_style) = "threadsafe";
-    Camera camera;
-    camera.AddFloat("Gain", 2.5, 0.0, 24.0);
-    FeatureManager fm(MakeFeatureVector(camera));
-    double value = 0.0;
-    EXPECT_DEATH(fm.GetValueRange("Gain", nullptr, &value), "\"min\"");
-    EXPECT_DEATH(fm.GetValueRange("Gain", &value, nullptr), "\"max\"");
-    EXPECT_DEATH(fm.GetValueRange("Gain", &value, &value, nullptr), "\"increment\"");
-}
-
 TEST(FeatureManager, NumericWritesAlignClampReadBackAndLogTheirErrors)
 {
     Camera camera;

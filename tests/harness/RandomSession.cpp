@@ -106,9 +106,7 @@ void RandomSession::Run()
         return;
     }
     qInstallMessageHandler(ExitOnRangeAssertion);
-    QVBoxLayout* layout = new QVBoxLayout;
-    layout->addWidget(m_Tab);
-    m_Page->setLayout(layout);
+    (new QVBoxLayout(m_Page))->addWidget(m_Tab);
     // Each action is an event of the host's loop, like a user's input, so
     // that Qt carries out a deleteLater of the host's where a host loop
     // would, not in the middle of the tab's own work.

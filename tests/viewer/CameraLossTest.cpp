@@ -6,7 +6,7 @@
 #include "ServedCamera.h"
 #include "TabPluginLoader.h"
 
-#include <QLabel>
+#include <QRubberBand>
 #include <QStatusBar>
 #include <QTabWidget>
 
@@ -43,13 +43,10 @@ TEST(CameraLoss, AnUnpluggedCameraIsReportedAtOnceWithoutBlockingAndOpensAgainWh
             window.StartAcquisition();
             RunUntil([&] { return window.Image()->FramesShown() > 0; }, FrameWaitMs);
         }
-        QWidget* preview = nullptr;
-        for (QLabel* label : pages->findChildren<QLabel*>()) {
-            if (QLatin1String(label->metaObject()->className()) == "RubberBandLabel") {
-                preview = label;
-            }
-        }
-        ASSERT_NE(preview, nullptr);
+        // The band's parent is the tab's preview.
+        QRubberBand* band = pages->findChild<QRubberBand*>();
+        ASSERT_NE(band, nullptr);
+        QWidget* preview = band->parentWidget();
         QPoint at = preview->rect().center();
         if (dragging) {
             SendMouse(preview, QEvent::MouseButtonPress, at);
