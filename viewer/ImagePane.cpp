@@ -8,6 +8,7 @@
 
 namespace {
 const int StatisticsPeriodMs = 500;
+const QSize PreferredSize(640, 480);
 } // namespace
 
 ImagePane::ImagePane(QWidget* parent)
@@ -66,7 +67,7 @@ QString ImagePane::StatisticsText() const
 
 QSize ImagePane::sizeHint() const
 {
-    return QSize(640, 480);
+    return PreferredSize;
 }
 
 void ImagePane::paintEvent(QPaintEvent*)

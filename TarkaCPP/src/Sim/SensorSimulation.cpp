@@ -30,6 +30,12 @@ const double FullRate = 0.5;
 const double Percent = 100.0;
 const double LargestStep = 2.0;
 const int DashLength = 16;
+// Scene values are bytes; pixels are words until a format narrows them.
+const int SceneLevels = 256;
+const double ByteMax = 255.0;
+const unsigned short WordMax = 65535;
+const double ByteToWord = 257.0;
+const int WordToByteShift = 8;
 
 PixelFormat FormatOf(const std::string& name)
 {
@@ -187,7 +193,7 @@ void SensorSimulation::ReadExposure(const SensorControls& access, Settings& sett
     if (access.Has("AutofunctionTargetIntensity")) {
         settings.target = access.Int("AutofunctionTargetIntensity");
     } else {
-        settings.target = IntOr(access, "ExposureAutoTarget", 50) * 255.0 / Percent;
+        settings.target = IntOr(access, "ExposureAutoTarget", 50) * ByteMax / Percent;
     }
     settings.tolerance = access.Has("ExposureAutoAdjustTol")
                              ? settings.target * access.Int("ExposureAutoAdjustTol") / Percent
@@ -203,10 +209,11 @@ FramePtr SensorSimulation::Render()
     if (m_Settings.width <= 0 || m_Settings.height <= 0) {
         return nullptr;
     }
-    m_Levels.resize(256);
-    double gain = m_Settings.exposure / ReferenceExposure * 257.0;
-    for (int value = 0; value < 256; ++value) {
-        m_Levels[value] = static_cast<unsigned short>(std::min(65535.0, std::round(value * gain)));
+    m_Levels.resize(SceneLevels);
+    double gain = m_Settings.exposure / ReferenceExposure * ByteToWord;
+    for (int value = 0; value < SceneLevels; ++value) {
+        m_Levels[value] = static_cast<unsigned short>(
+            std::min(static_cast<double>(WordMax), std::round(value * gain)));
     }
     m_MeanLevel = MeanLevel();
     std::shared_ptr<Frame> frame = m_Pool.Take();
@@ -282,9 +289,9 @@ void SensorSimulation::BuildScene(int width, int height)
 
 void SensorSimulation::Shade(Frame& frame) const
 {
-    unsigned char levels8[256];
-    for (int value = 0; value < 256; ++value) {
-        levels8[value] = static_cast<unsigned char>(m_Levels[value] >> 8);
+    unsigned char levels8[SceneLevels];
+    for (int value = 0; value < SceneLevels; ++value) {
+        levels8[value] = static_cast<unsigned char>(m_Levels[value] >> WordToByteShift);
     }
     for (int y = 0; y < frame.height; ++y) {
         const unsigned char* scene = m_Scene.data() +
@@ -339,7 +346,7 @@ void SensorSimulation::DrawOutline(Frame& frame) const
         bool edgeRow = y < r.y + thickness || y >= r.y + r.height - thickness;
         for (int x = r.x; x < r.x + r.width; ++x) {
             if (edgeRow || x < r.x + thickness || x >= r.x + r.width - thickness) {
-                Put(frame, x, y, (x + y) / DashLength % 2 ? 65535 : 0);
+                Put(frame, x, y, (x + y) / DashLength % 2 ? WordMax : 0);
             } else {
                 x = r.x + r.width - thickness - 1;
             }
