@@ -199,7 +199,7 @@ void Connection::BypassRegisterCache(bool bypass)
     });
 }
 
-TrkErrorType Connection::Access(const DeviceCall& call, bool read)
+TrkErrorType Connection::Access(const DeviceCall& call, bool read, std::chrono::milliseconds wait)
 {
     if (m_Closed) {
         return ErrorClosed;
@@ -211,8 +211,7 @@ TrkErrorType Connection::Access(const DeviceCall& call, bool read)
         return Execute(call, read);
     }
     std::shared_ptr<TrkErrorType> code = std::make_shared<TrkErrorType>(ErrorNoAnswer);
-    switch (m_Calls->Run([this, call, read, code] { *code = Execute(call, read); }, read,
-                         AnswerTimeout)) {
+    switch (m_Calls->Run([this, call, read, code] { *code = Execute(call, read); }, read, wait)) {
     case CallQueue::Answered:
         return *code;
     case CallQueue::Stopped:

@@ -113,8 +113,9 @@ public:
     // result ErrorDevice. A call that may run on the CallQueue owns what it
     // touches: its caller may have gone on when it runs. A read that times
     // out in Aravis marks the device lost; a write that does fails with
-    // ErrorNoAnswer.
-    TrkErrorType Access(const DeviceCall& call, bool read = true);
+    // ErrorNoAnswer. A caller waits for the answer as long as wait.
+    TrkErrorType Access(const DeviceCall& call, bool read = true,
+                        std::chrono::milliseconds wait = AnswerTimeout);
     // Access for a read of a feature: what it answers is kept, and answered
     // again while the device doesn't answer or once it is lost, so that a
     // host sees the camera as it was last. Without one kept, the read fails

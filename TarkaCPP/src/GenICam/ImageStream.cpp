@@ -4,6 +4,7 @@
 #include <TarkaCPP/GenICam/GenICamCamera.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 
 namespace KST {
@@ -15,6 +16,9 @@ namespace {
 // Buffers the stream fills; frames the host may hold.
 const int StreamBuffers = 4;
 const size_t PoolFrames = 4;
+// A stream is set up once per camera, and a GigE Vision device may first
+// try out packet sizes: far longer than an answer takes.
+const std::chrono::milliseconds StreamSetUpTimeout(5000);
 // How long the thread waits for an image before it looks whether to stop.
 const guint64 PopTimeoutUs = 100000;
 // No image is larger: 64 megapixels of 32 bits.
@@ -76,10 +80,13 @@ std::unique_ptr<ImageStream> ImageStream::Open(const std::shared_ptr<Connection>
         delete slot;
     });
     ArvCamera* camera = connection->AravisCamera();
-    const TrkErrorType code = connection->Access([camera, made](GError** failure) {
-        *made = arv_camera_create_stream(camera, nullptr, nullptr, failure);
-        return Success;
-    });
+    // Not a read: a device slow to set up its stream is not lost for that.
+    const TrkErrorType code = connection->Access(
+        [camera, made](GError** failure) {
+            *made = arv_camera_create_stream(camera, nullptr, nullptr, failure);
+            return Success;
+        },
+        false, StreamSetUpTimeout);
     ArvStream* stream = code == Success ? *made : nullptr;
     if (stream == nullptr) {
         if (error) {

@@ -105,7 +105,8 @@ public:
     bool IsConnected() const override;
     bool IsReadOnly() const override;
     // The first handler opens the camera's image stream (see ImageStream),
-    // which stays open until the camera is closed.
+    // which stays open until the camera is closed. Setting up the stream may
+    // take seconds: set the first handler where opening the camera runs.
     void SetFrameHandler(const FrameHandler& handler) override;
 
     // Returns once the watched features have been read and every change found
