@@ -18,11 +18,12 @@ CameraOpener::~CameraOpener()
     m_Thread.join();
 }
 
-void CameraOpener::Open(const QString& name)
+void CameraOpener::Open(const QString& name, const KST::TrkAPI::FrameHandler& frames)
 {
     {
         std::lock_guard<std::mutex> lock(m_Lock);
         m_Pending = name;
+        m_PendingFrames = frames;
     }
     m_Signal.notify_all();
 }
@@ -44,9 +45,11 @@ void CameraOpener::Serve()
         std::unique_ptr<Result> result(new Result);
         result->name = m_Pending;
         m_Pending.clear();
+        const KST::TrkAPI::FrameHandler frames = m_PendingFrames;
         lock.unlock();
         result->device = OpenedCamera::OpenDevice(result->name, &result->error);
         if (result->device) {
+            result->device->SetFrameHandler(frames);
             QSharedPointer<FeatureVector> features(new FeatureVector);
             for (const FeaturePtr& feature : result->device->Features()) {
                 features->append(feature);

@@ -1,6 +1,8 @@
 #ifndef CAMERAOPENER_H
 #define CAMERAOPENER_H
 
+#include <TarkaCPP/Frame.h>
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
@@ -40,7 +42,9 @@ public:
     // Waits for an opening under way.
     ~CameraOpener() override;
 
-    void Open(const QString& name);
+    // The device gets frames as its first handler, since setting up its
+    // image stream may take as long as opening it.
+    void Open(const QString& name, const KST::TrkAPI::FrameHandler& frames);
     // The result that finished() told of; null if it was taken already.
     std::unique_ptr<Result> Take();
 
@@ -54,6 +58,7 @@ private:
     std::mutex m_Lock;
     std::condition_variable m_Signal;
     QString m_Pending;
+    KST::TrkAPI::FrameHandler m_PendingFrames;
     bool m_Stopping = false;
     std::unique_ptr<Result> m_Result;
     std::thread m_Thread;

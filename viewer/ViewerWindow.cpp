@@ -160,7 +160,7 @@ void ViewerWindow::OpenCamera(const QString& name)
 {
     CloseCamera();
     statusBar()->showMessage(tr("Opening camera %1...").arg(name));
-    m_Opener->Open(name);
+    m_Opener->Open(name, m_ImagePane->Handler());
 }
 
 void ViewerWindow::OnCameraOpened()
@@ -187,7 +187,6 @@ void ViewerWindow::OnCameraOpened()
     m_CameraSelector->setCurrentText(name);
     m_AcquisitionButton->setEnabled(m_Camera->CanAcquire());
     m_FeatureModel->SetFeatures(m_Camera->Features(), result->rows);
-    m_Camera->SetFrameHandler(m_ImagePane->Handler());
     CreateTabs();
     if (m_Camera->IsReadOnly()) {
         const QString notice =
